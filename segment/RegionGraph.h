@@ -1,0 +1,73 @@
+// The region adjacency graph of the pyramid segmentation: regions with
+// intrusive pixel and link lists, and the snapshot of the block stage.
+#pragma once
+
+#include "AfxWin.h"
+
+// One pixel of a region; rows are in DIB storage order.
+struct RegionPixel {
+  short x;
+  short y;
+  RegionPixel* m_pNext;
+};
+
+class CRegion;
+
+// A directed link from its owning region to one adjacent region.
+class CNodeNeighbor {
+ public:
+  CRegion* m_pRegion;
+  float m_fDecrease;    // merge value of the owner with m_pRegion
+  DWORD m_nWeakEdges;   // border contacts that are not strong edges
+  CNodeNeighbor* m_pNext;
+};
+
+// One node of the region graph. It owns its pixel nodes and its outgoing
+// links; the engine's region list owns the regions.
+class CRegion {
+ public:
+  CRegion();
+  ~CRegion();
+  CRegion(const CRegion&) = delete;
+  CRegion& operator=(const CRegion&) = delete;
+
+  float m_fDecrease;  // lowest negative merge value among the links, or 0
+  CRegion* m_pNext;
+  CRegion* m_pPrev;
+  RegionPixel* m_pPixelHead;
+  RegionPixel* m_pPixelTail;
+  CNodeNeighbor* m_pNeighbors;
+  CNodeNeighbor* m_pBestNeighbor;
+  DWORD m_nSize;
+  float m_fRed;
+  float m_fGreen;
+  float m_fBlue;
+};
+
+struct CRegionSnapshot;
+
+// A saved link of a saved region.
+struct CSnapshotLink {
+  CRegionSnapshot* m_pTarget;
+  float m_fDecrease;
+  DWORD m_nWeakEdges;
+  CSnapshotLink* m_pNext;
+};
+
+// A saved block-stage region.
+struct CRegionSnapshot {
+  float m_fDecrease;
+  CRegionSnapshot* m_pNext;
+  short* m_pPixels;  // (x, y) pairs in pixel order; array-new
+  CSnapshotLink* m_pLinks;
+  CRegion* m_pRestored;  // the region rebuilt from this record while restoring
+  DWORD m_nSize;
+  float m_fRed;
+  float m_fGreen;
+  float m_fBlue;
+};
+
+// Frees a whole region list, reading each successor before deleting.
+void DeleteRegionList(CRegion* pHead);
+// Frees a whole snapshot list with its links and pixel arrays.
+void DeleteSnapshotList(CRegionSnapshot* pHead);
