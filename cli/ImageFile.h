@@ -1,0 +1,25 @@
+// Reading and writing picture files. The engine itself never touches files;
+// the command line (and the tests) go through these functions.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace pictrace {
+
+// Reads a PNG, JPEG or BMP file into a packed DIB (40-byte header, colour
+// table, bottom-up rows) ready for CPictrace::SetDIBData. PNG and JPEG
+// become 24-bit; BMP files of 1, 4, 8 and 24 bits are passed on as they are,
+// after their header has been checked against the file's length. On failure
+// returns false and sets error to a message naming the file.
+bool LoadImageFile(const std::string& path, std::vector<unsigned char>& dib, std::string& error);
+
+// The same from bytes in memory (name is used in messages only).
+bool LoadImageBytes(const unsigned char* data, size_t size, const std::string& name,
+                    std::vector<unsigned char>& dib, std::string& error);
+
+// Writes top-down rows of blue, green, red bytes as an 8-bit RGB PNG.
+bool WritePng(const std::string& path, const unsigned char* bgrTopDown, int width, int height,
+              int stride, std::string& error);
+
+}  // namespace pictrace

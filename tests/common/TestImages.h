@@ -1,0 +1,30 @@
+// Pictures for the tests: synthetic packed DIBs and the bundled examples.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Pictrace.h"
+
+namespace testimg {
+
+// A packed 24-bit bottom-up DIB of width x height whose pixel at (x, row)
+// has colour fn(x, row); row is the storage row (row 0 is stored first).
+std::vector<unsigned char> MakeDib24(int width, int height,
+                                     const std::function<COLORREF(int x, int row)>& fn);
+
+// Path of a file in examples/.
+std::string ExamplePath(const std::string& name);
+// Path of a file in the shared picture folder (may be absent).
+std::string SharedImagePath(const std::string& name);
+bool FileExists(const std::string& path);
+
+// Reads a picture file (PNG, JPEG or BMP) into a packed DIB; fails the
+// calling test when it cannot.
+std::vector<unsigned char> LoadDib(const std::string& path);
+
+// Colour of pixel (x, row) of a packed 24-bit DIB's rows.
+COLORREF PixelAt(const unsigned char* bits, int width, int x, int row);
+
+}  // namespace testimg
