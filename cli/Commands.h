@@ -1,0 +1,40 @@
+// The subcommands of the pictrace command line. Each one lives in its own
+// file and provides an Add...Command function; main.cpp lists them.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Pictrace.h"
+
+namespace pictrace {
+namespace cli {
+
+// A registered subcommand: the parser node and the work to run when the
+// user chose it (returns the process exit code).
+struct Command {
+  CLI::App* app;
+  std::function<int()> run;
+};
+
+Command AddInfoCommand(CLI::App& parent);
+Command AddPreviewCommand(CLI::App& parent);
+
+// Shared by the subcommands (CliCommon.cpp).
+
+// Prints "pictrace: <message>" on standard error and returns the exit code
+// for a failed run.
+int Fail(const std::string& message);
+
+// Reads a picture file and loads it into the engine; on failure prints a
+// message naming the file and returns false. dib keeps the file's DIB.
+bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsigned char>& dib);
+
+// Exit code of a failed run.
+constexpr int kExitFailure = 1;
+
+}  // namespace cli
+}  // namespace pictrace

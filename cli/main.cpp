@@ -1,0 +1,42 @@
+// pictrace: turns pictures into flat colour regions and outlines from the
+// command line. Run "pictrace --help" for the subcommands.
+#include <exception>
+#include <iostream>
+
+#include "cli/Commands.h"
+
+namespace {
+
+// Engine messages (which a desktop host shows in a dialog) go to stderr.
+int PrintMessage(const char* text, UINT, UINT) {
+  std::cerr << "pictrace: " << text << "\n";
+  return IDOK;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace pictrace::cli;
+  AfxSetMessageBoxHook(PrintMessage);
+
+  CLI::App app{"pictrace: vectorizes pictures for embroidery"};
+  app.require_subcommand(1);
+  // One line per subcommand.
+  const std::vector<Command> commands = {
+      AddInfoCommand(app),
+      AddPreviewCommand(app),
+  };
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e);
+  }
+  try {
+    for (const Command& command : commands)
+      if (command.app->parsed()) return command.run();
+  } catch (const std::exception& e) {
+    return Fail(e.what());
+  }
+  return Fail("no subcommand given");
+}
