@@ -134,6 +134,10 @@ class PICTRACE_API CPen : public CGdiObject {
   COLORREF m_crColor = 0;
   std::vector<DWORD> m_userStyle;  // dash lengths of PS_USERSTYLE
 
+  // Takes over src's attributes (and whether it exists), as a device does
+  // with the pen it selects.
+  void CopyAttributes(const CPen& src);
+
  protected:
   void Reset() override;
 };
@@ -149,6 +153,8 @@ class PICTRACE_API CBrush : public CGdiObject {
   UINT m_nStyle = BS_SOLID;
   int m_nHatch = 0;
   COLORREF m_crColor = RGB(255, 255, 255);
+
+  void CopyAttributes(const CBrush& src);
 
  protected:
   void Reset() override;
@@ -169,6 +175,7 @@ class PICTRACE_API CRgn : public CGdiObject {
   void Reset() override;
   std::vector<POINT> m_points;
   int m_nFillMode = ALTERNATE;
+  RECT m_rcBounds = {0, 0, 0, 0};  // half-open box of the vertices, for a quick reject
 };
 
 class PICTRACE_API CDC {

@@ -4,6 +4,7 @@
 // here, pixel by pixel, with GDI's meaning.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "AfxGdi.h"
@@ -32,6 +33,16 @@ class PICTRACE_API CRasterDC : public CDC {
   int RenderDIB(int xDest, int yDest, int destWidth, int destHeight, int xSrc, int ySrc,
                 int srcWidth, int srcHeight, const void* lpBits, const BITMAPINFO* lpbmi,
                 bool bottomUpScanMapping) override;
+
+  // Mixes crColor into pixel (x, y) with the mix mode; pixels off the
+  // surface are left alone.
+  void MixPixel(std::int64_t x, std::int64_t y, COLORREF crColor, int nROP2);
+  // One-pixel cosmetic lines, stepped pixel by pixel as GDI draws them.
+  BOOL StrokeCosmetic(const std::vector<PathOp>& path, const CPen& pen, int nROP2, int nBkMode,
+                      COLORREF crBk);
+  // Wide and geometric pens, stroked by cairo into a coverage mask.
+  BOOL StrokeWide(const std::vector<PathOp>& path, const CPen& pen, int nROP2, int nBkMode,
+                  COLORREF crBk);
 
   int m_nWidth;
   int m_nHeight;

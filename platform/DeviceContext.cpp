@@ -1,0 +1,88 @@
+// The device context's state: selected objects, mix, fill, background and
+// stretch modes. The base class has no surface: its rendering hooks accept
+// every request and paint nothing.
+#include "AfxGdi.h"
+
+CDC::CDC() : m_hDC(this) {
+  m_stockPen.CreatePen(PS_SOLID, 1, RGB(0, 0, 0));
+  m_stockBrush.CreateSolidBrush(RGB(255, 255, 255));
+  m_curPen.CopyAttributes(m_stockPen);
+  m_curBrush.CopyAttributes(m_stockBrush);
+  m_pPen = &m_stockPen;
+  m_pBrush = &m_stockBrush;
+}
+
+CDC::~CDC() = default;
+
+CPen* CDC::SelectObject(CPen* pPen) {
+  if (pPen == nullptr || !pPen->IsCreated()) return nullptr;
+  CPen* previous = m_pPen;
+  m_pPen = pPen;
+  m_curPen.CopyAttributes(*pPen);
+  return previous;
+}
+
+CBrush* CDC::SelectObject(CBrush* pBrush) {
+  if (pBrush == nullptr || !pBrush->IsCreated()) return nullptr;
+  CBrush* previous = m_pBrush;
+  m_pBrush = pBrush;
+  m_curBrush.CopyAttributes(*pBrush);
+  return previous;
+}
+
+// The setters return the previous value, or 0 (leaving the state alone) for
+// a value GDI does not know.
+int CDC::SetROP2(int nDrawMode) {
+  if (nDrawMode < R2_BLACK || nDrawMode > R2_WHITE) return 0;
+  int previous = m_nROP2;
+  m_nROP2 = nDrawMode;
+  return previous;
+}
+
+int CDC::SetPolyFillMode(int nPolyFillMode) {
+  if (nPolyFillMode != ALTERNATE && nPolyFillMode != WINDING) return 0;
+  int previous = m_nPolyFillMode;
+  m_nPolyFillMode = nPolyFillMode;
+  return previous;
+}
+
+int CDC::SetBkMode(int nBkMode) {
+  if (nBkMode != TRANSPARENT && nBkMode != OPAQUE) return 0;
+  int previous = m_nBkMode;
+  m_nBkMode = nBkMode;
+  return previous;
+}
+
+COLORREF CDC::SetBkColor(COLORREF crColor) {
+  COLORREF previous = m_crBkColor;
+  m_crBkColor = crColor & 0x00FFFFFFu;
+  return previous;
+}
+
+int CDC::SetStretchBltMode(int nStretchMode) {
+  if (nStretchMode < BLACKONWHITE || nStretchMode > HALFTONE) return 0;
+  int previous = m_nStretchMode;
+  m_nStretchMode = nStretchMode;
+  return previous;
+}
+
+COLORREF CDC::GetPixel(int, int) const { return CLR_INVALID; }
+
+COLORREF CDC::SetPixel(int, int, COLORREF) { return CLR_INVALID; }
+
+BOOL CDC::RenderFill(const std::vector<PathOp>&, const CBrush&, int, int, int, COLORREF) {
+  return TRUE;
+}
+
+BOOL CDC::RenderStroke(const std::vector<PathOp>&, const CPen&, int, int, COLORREF) {
+  return TRUE;
+}
+
+int CDC::RenderDIB(int, int, int, int, int, int, int, int, const void*, const BITMAPINFO*,
+                   bool) {
+  return 1;
+}
+
+int SetStretchBltMode(HDC hdc, int mode) {
+  return hdc == nullptr ? 0 : hdc->SetStretchBltMode(mode);
+}
