@@ -88,10 +88,15 @@ class PICTRACE_API CPictrace {
   // --- background regions (engine/Background.cpp)
   // ExtractBackground finds the background colour as MarkBackground chooses
   // it and builds m_listBackgroundRegions: the frame-touching regions of that
-  // colour, traced again on a picture where every other pixel is one
-  // foreground colour, so that they come out as few large regions whose holes
-  // are where the other regions lie. Returns 1 when a background was found.
-  // GetBackgroundRegions hands them to the host like GetRegions does.
+  // colour, traced again (tolerance m_dSegmentParam) on a picture where every
+  // other pixel is one foreground colour, so that they come out as few large
+  // regions whose holes are where the other regions lie; sorted, indexed into
+  // m_arrColorList, polygons built. It needs a segmentation and leaves the
+  // current regions, working image, colour list, mask and progress as they
+  // were. Returns 1 when background regions were found; 0 (list empty) with
+  // no image, no regions or no region touching the frame.
+  // GetBackgroundRegions hands them to the host like GetRegions does, with
+  // polygons rebuilt in nLineType; an empty list gives 0 regions.
   int ExtractBackground();
   void GetBackgroundRegions(CPTRegions* pRegions, int nLineType);
 
