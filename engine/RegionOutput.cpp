@@ -1,0 +1,162 @@
+// Region output: the output polygons kept inside the outline records (image
+// pixels, y downward) and the self-contained regions handed to the host (output
+// units of m_rcImageReal).
+#include <vector>
+
+#include "Pictrace.h"
+#include "curve/BezierFit.h"
+#include "outline/OutlineRecords.h"
+
+namespace {
+
+// Straight output: one line per pair of consecutive chain points. The chain of
+// a closed outline already repeats its first point where it closes, so no line
+// runs from the last point back to the first.
+void BuildStraightPolygon(CPTPolygon* pPolygon, const sPoint* pPoints, int nPoints, int nHeight) {
+  int nLines = nPoints > 1 ? nPoints - 1 : 0;
+  pPolygon->m_nLines = nLines;
+  if (nLines == 0 || !pPoints) return;
+  pPolygon->m_pLines = new CPTLine[nLines];
+  for (int i = 0; i < nLines; i++) {
+    CPTLine& line = pPolygon->m_pLines[i];
+    line.m_nType = 0;
+    line.m_ptStart.x = static_cast<float>(pPoints[i].x);
+    line.m_ptStart.y = static_cast<float>(nHeight - pPoints[i].y);
+    line.m_ptEnd.x = static_cast<float>(pPoints[i + 1].x);
+    line.m_ptEnd.y = static_cast<float>(nHeight - pPoints[i + 1].y);
+  }
+}
+
+// Curve output: the raw chain goes through the fitter; each returned segment
+// becomes one Bezier line with y flipped to the top-down image frame.
+void BuildCurvePolygon(CPTPolygon* pPolygon, const sPoint* pRaw, int nRaw, int nHeight,
+                       double dTolerance) {
+  pPolygon->m_nLines = 0;
+  if (nRaw < 2 || !pRaw) return;
+  std::vector<int> chain(static_cast<size_t>(nRaw) * 2);
+  for (int i = 0; i < nRaw; i++) {
+    chain[2 * i] = pRaw[i].x;
+    chain[2 * i + 1] = pRaw[i].y;
+  }
+  int nSegments = 0;
+  double* pSegments = pictrace::FitBezierChain(chain.data(), nRaw - 1, pictrace::kChainRawOutline, dTolerance, nSegments);
+  pPolygon->m_nLines = nSegments;
+  if (nSegments > 0 && pSegments) {
+    pPolygon->m_pLines = new CPTLine[nSegments];
+    for (int i = 0; i < nSegments; i++) {
+      const double* s = pSegments + 10 * i;
+      CPTLine& line = pPolygon->m_pLines[i];
+      line.m_nType = 1;
+      CPTPoint* pts[4] = {&line.m_ptStart, &line.m_ptCtrl1, &line.m_ptCtrl2, &line.m_ptEnd};
+      for (int k = 0; k < 4; k++) {
+        pts[k]->x = static_cast<float>(s[2 * k]);
+        pts[k]->y = static_cast<float>(nHeight - s[2 * k + 1]);
+      }
+    }
+  }
+  delete[] pSegments;
+}
+
+void BuildPolygon(CPTPolygon*& pSlot, const sPoint* pPoints, int nPoints, const sPoint* pRaw,
+                  int nRaw, int nLineType, int nHeight, double dTolerance) {
+  delete pSlot;
+  pSlot = new CPTPolygon;
+  if (nLineType == 0)
+    BuildStraightPolygon(pSlot, pPoints, nPoints, nHeight);
+  else
+    BuildCurvePolygon(pSlot, pRaw, nRaw, nHeight, dTolerance);
+}
+
+// Copies an engine polygon into a host polygon, mapping every point (control
+// points of straight lines included) into output units.
+void MapPolygon(CPTPolygon& dst, const CPTPolygon* pSrc, const CRect& rc, double sx, double sy) {
+  // A slot that was never built comes out as an empty outline rather than a
+  // crash.
+  if (!pSrc || pSrc->m_nLines <= 0 || !pSrc->m_pLines) return;
+  dst.m_nLines = pSrc->m_nLines;
+  dst.m_pLines = new CPTLine[pSrc->m_nLines];
+  auto map = [&](CPTPoint& d, const CPTPoint& s) {
+    d.x = static_cast<float>(rc.left + s.x * sx);
+    d.y = static_cast<float>(rc.top + s.y * sy);
+  };
+  for (int i = 0; i < pSrc->m_nLines; i++) {
+    const CPTLine& s = pSrc->m_pLines[i];
+    CPTLine& d = dst.m_pLines[i];
+    d.m_nType = s.m_nType;
+    map(d.m_ptStart, s.m_ptStart);
+    map(d.m_ptCtrl1, s.m_ptCtrl1);
+    map(d.m_ptCtrl2, s.m_ptCtrl2);
+    map(d.m_ptEnd, s.m_ptEnd);
+  }
+}
+
+}  // namespace
+
+void CPictrace::CreateOutputPolygon(int nLineType) {
+  if (m_listOutlineRegions.empty()) return;
+  const int nHeight = m_bmiHeader.biHeight;
+  const int n = static_cast<int>(m_arrColorList.GetSize());
+  for (int c = 0; c < n; c++) {
+    ShowProgress(static_cast<int>(static_cast<double>(PT_WEIGHT_POLYGONS) / m_fProgressTotal * 100.0 *
+                                      (static_cast<double>(c) / n) +
+                                  m_fProgressPos));
+    for (COutlineRegion* pRegion : m_listOutlineRegions) {
+      if (pRegion->m_nColorIndex != c) continue;
+      BuildPolygon(pRegion->m_pPolygon, pRegion->m_pPoints, pRegion->m_nPoints,
+                   pRegion->m_pRawPoints, pRegion->m_nRawPoints, nLineType, nHeight,
+                   m_dCurveTolerance);
+      for (INT_PTR k = 0; k < pRegion->m_arrHoles.GetSize(); k++) {
+        CHole* pHole = pRegion->m_arrHoles[k];
+        BuildPolygon(pHole->m_pPolygon, pHole->m_pPoints, pHole->m_nPoints, pHole->m_pRawPoints,
+                     pHole->m_nRawPoints, nLineType, nHeight, m_dCurveTolerance);
+      }
+    }
+  }
+  m_fProgressPos = static_cast<float>(
+      m_fProgressPos + static_cast<double>(PT_WEIGHT_POLYGONS) / m_fProgressTotal * 100.0);
+  ShowProgress(static_cast<int>(m_fProgressPos + 0.1));
+}
+
+void CPictrace::GetRegions(CPTRegions* pRegions, int nLineType) {
+  if (!pRegions) return;
+  if (nLineType != m_nOutputLineType) CreateOutputPolygon(nLineType);
+
+  // Without an image there is no pixel size to scale by; results stay in
+  // pixels, as with an empty rectangle.
+  double sx = 1.0, sy = 1.0;
+  if (m_bmiHeader.biWidth > 0 && m_bmiHeader.biHeight > 0) {
+    sx = m_rcImageReal.Width() * 1.0 / m_bmiHeader.biWidth;
+    sy = m_rcImageReal.Height() * 1.0 / m_bmiHeader.biHeight;
+  }
+  if (sx == 0.0 || sy == 0.0) sx = sy = 1.0;
+
+  std::vector<CPTRegion*> collected;
+  const int n = static_cast<int>(m_arrColorList.GetSize());
+  for (int c = 0; c < n; c++) {
+    for (COutlineRegion* pRegion : m_listOutlineRegions) {
+      if (pRegion->m_nColorIndex != c || pRegion->m_bSkip != 0) continue;
+      CPTRegion* pOut = new CPTRegion;
+      const int nHoles = static_cast<int>(pRegion->m_arrHoles.GetSize());
+      pOut->m_nPolygons = nHoles + 1;
+      pOut->m_pPolygons = new CPTPolygon[nHoles + 1];
+      MapPolygon(pOut->m_pPolygons[0], pRegion->m_pPolygon, m_rcImageReal, sx, sy);
+      for (int k = 0; k < nHoles; k++)
+        MapPolygon(pOut->m_pPolygons[k + 1], pRegion->m_arrHoles[k]->m_pPolygon, m_rcImageReal,
+                   sx, sy);
+      pOut->m_nColorIndex = c + 1;
+      pOut->m_nRegionFlag = (pRegion->m_bNarrow != 0 && pRegion->m_nArea * sx * sy / 2.0 >= 2500.0);
+      collected.push_back(pOut);
+    }
+  }
+
+  pRegions->m_nRegions = static_cast<int>(collected.size());
+  pRegions->m_pRegions = collected.empty() ? nullptr : new CPTRegion[collected.size()];
+  // Shallow move: the host's element takes the polygon array, the temporary
+  // gives it up before it is deleted.
+  for (size_t i = 0; i < collected.size(); i++) {
+    pRegions->m_pRegions[i] = *collected[i];
+    collected[i]->m_nPolygons = 0;
+    collected[i]->m_pPolygons = nullptr;
+    delete collected[i];
+  }
+}
