@@ -1,5 +1,6 @@
 // pictrace info FILE: the size and colour depth of a picture file and of the
 // image the engine holds after loading it.
+#include <cstring>
 #include <iostream>
 #include <memory>
 
