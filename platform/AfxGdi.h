@@ -149,6 +149,8 @@ class PICTRACE_API CBrush : public CGdiObject {
   CBrush(int nIndex, COLORREF crColor);
   BOOL CreateSolidBrush(COLORREF crColor);
   BOOL CreateHatchBrush(int nIndex, COLORREF crColor);
+  // BS_SOLID, BS_HATCHED or BS_NULL (a hollow brush that paints nothing).
+  BOOL CreateBrushIndirect(const LOGBRUSH* lpLogBrush);
 
   UINT m_nStyle = BS_SOLID;
   int m_nHatch = 0;

@@ -121,6 +121,22 @@ BOOL CBrush::CreateHatchBrush(int nIndex, COLORREF crColor) {
   return TRUE;
 }
 
+BOOL CBrush::CreateBrushIndirect(const LOGBRUSH* lpLogBrush) {
+  if (lpLogBrush == nullptr) return FALSE;
+  switch (lpLogBrush->lbStyle) {
+    case BS_SOLID: return CreateSolidBrush(lpLogBrush->lbColor);
+    case BS_HATCHED: return CreateHatchBrush(static_cast<int>(lpLogBrush->lbHatch), lpLogBrush->lbColor);
+    case BS_NULL:
+      if (m_bCreated) return FALSE;
+      m_nStyle = BS_NULL;
+      m_nHatch = 0;
+      m_crColor = 0;
+      m_bCreated = true;
+      return TRUE;
+    default: return FALSE;
+  }
+}
+
 void CBrush::CopyAttributes(const CBrush& src) {
   m_nStyle = src.m_nStyle;
   m_nHatch = src.m_nHatch;
