@@ -1,0 +1,250 @@
+// The chain fitter: reads the chain, finds its corners, cuts it into runs
+// between corners and fits each run; writes the segments out.
+#include "curve/BezierFit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "curve/FitStages.h"
+
+namespace pictrace {
+
+namespace {
+
+using curve::Cubic;
+using curve::Vec2;
+
+// A raw outline's corners are found on a polygon that follows the staircase
+// within one pixel; a corner must stand out from that polygon's chord by at
+// least 1.5 pixels, which rounds the blunt bends of small discs.
+const double kRawPolygonTolerance = 1.0;
+const double kRawMinSagitta = 1.5;
+// Tangents of raw outlines are taken over four steps on each side.
+const int kRawWindow = 4;
+// Raw outlines guide the fit by a smoothing over two points on each side.
+const int kSmoothHalf = 2;
+// Vertex chains are sampled along their edges at a quarter of the tolerance,
+// and tangents are taken over four tolerances of path.
+const double kSampleFraction = 0.25;
+const double kVertexWindowLength = 4.0;
+// A very long edge is not sampled finer than this.
+const int kMaxSamplesPerEdge = 4096;
+
+struct Piece {
+  Cubic cubic;
+  bool cornerStart;
+  bool cornerEnd;
+};
+
+// The samples the fit must follow, and which of them are corners.
+struct Prepared {
+  std::vector<Vec2> pts;   // closed chains: without the repeated first point
+  std::vector<int> corners;  // ascending indices into pts
+  bool closed = false;
+  double tolerance = 1.0;  // the limit for the fit at the samples
+  int window = kRawWindow;
+  bool smooth = false;  // guide the fit by the smoothed chain
+};
+
+// Drops points that repeat their predecessor, and the closing repeat of a
+// closed chain.
+std::vector<Vec2> DistinctChain(const std::vector<Vec2>& in, bool& closed) {
+  std::vector<Vec2> pts;
+  for (const Vec2& p : in)
+    if (pts.empty() || pts.back() != p) pts.push_back(p);
+  closed = in.size() > 1 && in.front() == in.back();
+  if (closed && pts.size() > 1 && pts.back() == pts.front()) pts.pop_back();
+  return pts;
+}
+
+void PrepareRaw(std::vector<Vec2> pts, bool closed, double tol, Prepared& prep) {
+  prep.pts = std::move(pts);
+  prep.closed = closed;
+  prep.tolerance = tol;
+  prep.window = kRawWindow;
+  prep.smooth = true;
+  std::vector<int> polygon = curve::SimplifyChain(prep.pts, closed, kRawPolygonTolerance);
+  prep.corners = curve::SelectCorners(prep.pts, polygon, closed, kRawMinSagitta);
+}
+
+// Vertex chains: corners are judged on the vertices themselves, then every
+// edge is sampled so that the fit follows the whole path, not only its
+// vertices. A path point lies within half a sample spacing of a sample, so
+// the samples are held to the tolerance less that.
+void PrepareVertices(const std::vector<Vec2>& vertices, bool closed, double tol, Prepared& prep) {
+  std::vector<int> all(vertices.size());
+  for (size_t i = 0; i < all.size(); i++) all[i] = static_cast<int>(i);
+  std::vector<int> cornerVertices = curve::SelectCorners(vertices, all, closed, 0.0);
+  double spacing = tol * kSampleFraction;
+  prep.closed = closed;
+  prep.tolerance = tol - spacing * 0.5;
+  prep.window = std::max(1, static_cast<int>(std::ceil(kVertexWindowLength / kSampleFraction)));
+  prep.pts.clear();
+  std::vector<int> sampleOf(vertices.size(), 0);
+  size_t edges = closed ? vertices.size() : vertices.size() - 1;
+  for (size_t i = 0; i < edges; i++) {
+    Vec2 a = vertices[i], b = vertices[(i + 1) % vertices.size()];
+    sampleOf[i] = static_cast<int>(prep.pts.size());
+    double pieces = std::ceil(Distance(a, b) / spacing);
+    int k = pieces >= kMaxSamplesPerEdge ? kMaxSamplesPerEdge : std::max(1, static_cast<int>(pieces));
+    for (int j = 0; j < k; j++) prep.pts.push_back(a + (b - a) * (static_cast<double>(j) / k));
+  }
+  if (!closed) {
+    sampleOf[vertices.size() - 1] = static_cast<int>(prep.pts.size());
+    prep.pts.push_back(vertices.back());
+  }
+  prep.corners.clear();
+  for (int v : cornerVertices) prep.corners.push_back(sampleOf[v]);
+}
+
+// Fits the run pts[0 .. n-1] whose two ends are corners or chain ends: a run
+// that is straight within the tolerance becomes one exactly straight cubic.
+void FitFreeRun(const Vec2* pts, int n, const Prepared& prep, std::vector<Piece>& out) {
+  std::vector<Cubic> cubics;
+  if (curve::RunIsStraight(pts, n, prep.tolerance)) {
+    Cubic c;
+    c.p[0] = pts[0];
+    c.p[3] = pts[n - 1];
+    c.p[1] = pts[0] + (pts[n - 1] - pts[0]) * (1.0 / 3.0);
+    c.p[2] = pts[0] + (pts[n - 1] - pts[0]) * (2.0 / 3.0);
+    cubics.push_back(c);
+  } else {
+    std::vector<Vec2> guide(pts, pts + n);
+    if (prep.smooth) guide = curve::SmoothRun(guide, false, kSmoothHalf, prep.tolerance * 0.5);
+    Vec2 t1 = curve::StartTangent(guide.data(), n, prep.window);
+    Vec2 t2 = curve::EndTangent(guide.data(), n, prep.window);
+    curve::FitRun(pts, guide.data(), n, t1, t2, prep.tolerance, prep.window, cubics);
+  }
+  for (size_t i = 0; i < cubics.size(); i++)
+    out.push_back({cubics[i], i == 0, i + 1 == cubics.size()});
+}
+
+// A closed chain without corners: cut at point 0 and at the point farthest
+// from it, both cuts smooth, so the curve keeps its tangent all round.
+void FitSmoothLoop(const Prepared& prep, std::vector<Piece>& out) {
+  const int n = static_cast<int>(prep.pts.size());
+  std::vector<Vec2> pts = prep.pts;
+  if (prep.smooth) pts = curve::SmoothRun(pts, true, kSmoothHalf, prep.tolerance * 0.5);
+  std::vector<Vec2> ring(prep.pts), ringGuide(pts);
+  ring.push_back(prep.pts[0]);
+  ringGuide.push_back(pts[0]);
+  int far = 1;
+  double farDist = -1.0;
+  for (int i = 1; i < n; i++) {
+    double d = Distance(pts[i], pts[0]);
+    if (d > farDist) {
+      farDist = d;
+      far = i;
+    }
+  }
+  // The tangent at point 0 looks across the closing point on a doubled ring.
+  std::vector<Vec2> around;
+  int w = std::min(prep.window, (n - 1) / 2);
+  for (int k = -w; k <= w; k++) around.push_back(pts[((k % n) + n) % n]);
+  Vec2 t0 = curve::CentreTangent(around.data(), 0, 2 * w, w, w);
+  Vec2 tf = curve::CentreTangent(ringGuide.data(), 0, n, far, prep.window);
+  std::vector<Cubic> cubics;
+  curve::FitRun(ring.data(), ringGuide.data(), far + 1, t0, tf * -1.0, prep.tolerance, prep.window,
+                cubics);
+  curve::FitRun(ring.data() + far, ringGuide.data() + far, n - far + 1, tf, t0 * -1.0,
+                prep.tolerance, prep.window, cubics);
+  for (const Cubic& c : cubics) out.push_back({c, false, false});
+}
+
+void FitPrepared(const Prepared& prep, std::vector<Piece>& out) {
+  const int n = static_cast<int>(prep.pts.size());
+  if (prep.closed && prep.corners.empty()) {
+    FitSmoothLoop(prep, out);
+    return;
+  }
+  // Unroll the chain so that it starts on its first corner (closed) or its
+  // first point (open); the cuts are the corners and the chain's ends.
+  std::vector<Vec2> run;
+  std::vector<int> cuts;
+  if (prep.closed) {
+    int start = prep.corners[0];
+    for (int i = 0; i <= n; i++) run.push_back(prep.pts[(start + i) % n]);
+    for (int c : prep.corners) cuts.push_back(c - start);
+    cuts.push_back(n);
+  } else {
+    run = prep.pts;
+    cuts.push_back(0);
+    for (int c : prep.corners) cuts.push_back(c);
+    cuts.push_back(n - 1);
+  }
+  for (size_t k = 0; k + 1 < cuts.size(); k++)
+    FitFreeRun(run.data() + cuts[k], cuts[k + 1] - cuts[k] + 1, prep, out);
+}
+
+double* WriteSegments(const std::vector<Piece>& pieces, int& nSegments) {
+  nSegments = static_cast<int>(pieces.size());
+  if (nSegments == 0) return nullptr;
+  double* seg = new double[10 * static_cast<size_t>(nSegments)];
+  for (int i = 0; i < nSegments; i++) {
+    double* s = seg + 10 * static_cast<size_t>(i);
+    for (int k = 0; k < 4; k++) {
+      s[2 * k] = pieces[i].cubic.p[k].x;
+      s[2 * k + 1] = pieces[i].cubic.p[k].y;
+    }
+    s[8] = pieces[i].cornerStart ? 1.0 : 0.0;
+    s[9] = pieces[i].cornerEnd ? 1.0 : 0.0;
+  }
+  return seg;
+}
+
+double* FitChain(const std::vector<Vec2>& input, int nFlag, double dTolerance, int& nSegments) {
+  nSegments = 0;
+  double tol = (std::isfinite(dTolerance) && dTolerance > 0.0) ? dTolerance : 1.0;
+  bool closed = false;
+  std::vector<Vec2> pts = DistinctChain(input, closed);
+  std::vector<Piece> pieces;
+  if (pts.size() < 2) return nullptr;
+  if (pts.size() == 2) {
+    // Nothing to bend: one straight segment, or there and back when closed.
+    Vec2 ends[2][2] = {{pts[0], pts[1]}, {pts[1], pts[0]}};
+    for (int k = 0; k < (closed ? 2 : 1); k++) {
+      Cubic c;
+      c.p[0] = ends[k][0];
+      c.p[3] = ends[k][1];
+      c.p[1] = c.p[0] + (c.p[3] - c.p[0]) * (1.0 / 3.0);
+      c.p[2] = c.p[0] + (c.p[3] - c.p[0]) * (2.0 / 3.0);
+      pieces.push_back({c, true, true});
+    }
+    return WriteSegments(pieces, nSegments);
+  }
+  Prepared prep;
+  if (nFlag == kChainVertices)
+    PrepareVertices(pts, closed, tol, prep);
+  else
+    PrepareRaw(std::move(pts), closed, tol, prep);
+  FitPrepared(prep, pieces);
+  return WriteSegments(pieces, nSegments);
+}
+
+}  // namespace
+
+double* FitBezierChain(const int* pPoints, int nLast, int nFlag, double dTolerance, int& nSegments) {
+  nSegments = 0;
+  if (!pPoints || nLast < 0) return nullptr;
+  std::vector<Vec2> chain(static_cast<size_t>(nLast) + 1);
+  for (size_t i = 0; i < chain.size(); i++)
+    chain[i] = Vec2{static_cast<double>(pPoints[2 * i]), static_cast<double>(pPoints[2 * i + 1])};
+  return FitChain(chain, nFlag, dTolerance, nSegments);
+}
+
+double* FitBezierChainD(const double* pPoints, int nLast, int nFlag, double dTolerance,
+                        int& nSegments) {
+  nSegments = 0;
+  if (!pPoints || nLast < 0) return nullptr;
+  std::vector<Vec2> chain;
+  chain.reserve(static_cast<size_t>(nLast) + 1);
+  for (size_t i = 0; i <= static_cast<size_t>(nLast); i++) {
+    Vec2 p{pPoints[2 * i], pPoints[2 * i + 1]};
+    // A point that is not a number cannot be fitted; it is left out.
+    if (std::isfinite(p.x) && std::isfinite(p.y)) chain.push_back(p);
+  }
+  return FitChain(chain, nFlag, dTolerance, nSegments);
+}
+
+}  // namespace pictrace

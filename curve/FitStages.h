@@ -1,0 +1,57 @@
+// The stages of the chain fitter, shared by its source files: corner
+// detection on a simplified polygon of the chain, tangent estimates, and the
+// least-squares fit of one run of points between two fixed ends.
+#pragma once
+
+#include <vector>
+
+#include "curve/BezierMath.h"
+
+namespace pictrace {
+namespace curve {
+
+// Vertices of a Douglas-Peucker simplification of pts, as ascending indices:
+// every point lies within dTolerance of the polygon. An open chain keeps both
+// ends; a closed chain (pts without the repeated first point) starts at 0.
+std::vector<int> SimplifyChain(const std::vector<Vec2>& pts, bool bClosed, double dTolerance);
+
+// The vertices of the polygon (indices into pts) where the outline turns
+// sharply enough to be a corner: the turn is steeper than about 55 degrees and
+// the vertex lies at least dMinSagitta from the line joining the midpoints of
+// its two edges (a short, blunt bend of a small round shape is no corner).
+// The ends of an open polygon are never returned.
+std::vector<int> SelectCorners(const std::vector<Vec2>& pts, const std::vector<int>& vertices,
+                               bool bClosed, double dMinSagitta);
+
+// Unit tangent at pts[i] along the direction of the run, estimated over up to
+// nWindow points on each side within [nFirst, nLast].
+Vec2 CentreTangent(const Vec2* pts, int nFirst, int nLast, int i, int nWindow);
+// Unit tangent at the start of the run pts[0 .. n-1], pointing into it, and
+// at its end, pointing back into it.
+Vec2 StartTangent(const Vec2* pts, int n, int nWindow);
+Vec2 EndTangent(const Vec2* pts, int n, int nWindow);
+
+// The run smoothed for guiding the fit: each point is averaged with its
+// neighbours over a window that shrinks towards the run's ends, so that the
+// ends stay where they are (closed runs wrap round instead). A point never
+// moves farther than dMaxShift. Staircase teeth average out to the outline
+// they approximate.
+std::vector<Vec2> SmoothRun(const std::vector<Vec2>& pts, bool bClosed, int nHalf, double dMaxShift);
+
+// True when every point of the run lies within dTolerance of the chord from
+// its first to its last point.
+bool RunIsStraight(const Vec2* pts, int n, double dTolerance);
+
+// Fits the run pts[0 .. n-1] (n >= 2) with cubics that keep every point
+// within dTolerance (measured at its parameter, which is never less than its
+// true distance). guide holds the same run smoothed (or pts itself): the
+// cubics join on guide points, parameters and tangents come from it. The
+// first cubic leaves guide[0] along t1, the last arrives at guide[n-1] along
+// -t2 (t2 points back into the run). A run that misses the tolerance is split
+// at its worst point, with one tangent for both sides of the split; the
+// cubics are appended to out in order.
+void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double dTolerance,
+            int nWindow, std::vector<Cubic>& out);
+
+}  // namespace curve
+}  // namespace pictrace
