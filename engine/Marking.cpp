@@ -1,0 +1,180 @@
+// Interactive marking: the region or thin line under a click, or all regions
+// or lines of a colour, get a flag set or toggled; and the background frame.
+#include <vector>
+
+#include "Pictrace.h"
+#include "outline/OutlineRecords.h"
+#include "thinline/ThinLineRecords.h"
+
+namespace {
+
+long long ColorDistance(DWORD a, DWORD b) {
+  const long long dr = static_cast<long long>(GetRValue(a)) - GetRValue(b);
+  const long long dg = static_cast<long long>(GetGValue(a)) - GetGValue(b);
+  const long long db = static_cast<long long>(GetBValue(a)) - GetBValue(b);
+  return dr * dr + dg * dg + db * db;
+}
+
+// Index of the list colour nearest to c; the first of equal distances wins.
+int NearestIndex(const CDWordArray& list, DWORD c, long long& best) {
+  best = 1000000;
+  int index = -1;
+  for (INT_PTR i = 0; i < list.GetSize(); i++) {
+    const long long d = ColorDistance(list[i], c);
+    if (d < best) {
+      best = d;
+      index = static_cast<int>(i);
+    }
+  }
+  return index;
+}
+
+bool OutsideBox(const sPoint& pt, const CRect& rc) {
+  return pt.x < rc.left || pt.x > rc.right || pt.y < rc.top || pt.y > rc.bottom;
+}
+
+}  // namespace
+
+int CPictrace::MarkRegion(int x, int y, int bStored) {
+  if (x < 0 || y < 0 || x >= m_bmiHeader.biWidth || y >= m_bmiHeader.biHeight) return 0;
+  std::list<COutlineRegion*>& regions = bStored ? m_listStoredRegions : m_listOutlineRegions;
+  sPoint pt{static_cast<short>(x), static_cast<short>(y)};
+  // The region drawn last lies on top: it is found first.
+  for (auto it = regions.rbegin(); it != regions.rend(); ++it) {
+    COutlineRegion* pRegion = *it;
+    if (!IsPointInRegion(pt, pRegion)) continue;
+    int& flag = bStored ? pRegion->m_bMarked : pRegion->m_bSkip;
+    flag = (flag == 0) ? 1 : 0;
+    return 1;
+  }
+  return 0;
+}
+
+int CPictrace::MarkLine(int x, int y) {
+  if (m_listThinLines.empty()) return 0;
+  if (x < 0 || y < 0 || x >= m_bmiHeader.biWidth || y >= m_bmiHeader.biHeight) return 0;
+  sPoint pt{static_cast<short>(x), static_cast<short>(y)};
+  for (auto it = m_listThinLines.rbegin(); it != m_listThinLines.rend(); ++it) {
+    COutlineThinline* pLine = *it;
+    if (!IsPointInLine(pt, pLine)) continue;
+    pLine->m_bSelected = (pLine->m_bSelected == 0) ? 1 : 0;
+    return 1;
+  }
+  return 0;
+}
+
+int CPictrace::IsPointInRegion(sPoint& pt, COutlineRegion* pRegion) {
+  if (!pRegion || OutsideBox(pt, pRegion->m_rcBound)) return 0;
+  if (!IsPointInOutline(pt, pRegion->m_pPoints, pRegion->m_nPoints)) return 0;
+  for (INT_PTR i = 0; i < pRegion->m_arrHoles.GetSize(); i++) {
+    CHole* pHole = pRegion->m_arrHoles[i];
+    if (pHole && IsPointInOutline(pt, pHole->m_pPoints, pHole->m_nPoints)) return 0;
+  }
+  return 1;
+}
+
+// Only the vertices are tested, and the box is not widened by the three
+// pixels: a click beside an extreme vertex but outside the box misses.
+int CPictrace::IsPointInLine(sPoint& pt, COutlineThinline* pLine) {
+  if (!pLine || !pLine->m_pVector) return 0;
+  const COutlineVector* pVector = pLine->m_pVector;
+  if (OutsideBox(pt, pVector->m_rcBound) || !pVector->m_pPoints) return 0;
+  for (int i = 0; i < pVector->m_nPoints; i++) {
+    const sPoint& v = pVector->m_pPoints[i];
+    if (v.x - 3 <= pt.x && pt.x <= v.x + 3 && v.y - 3 <= pt.y && pt.y <= v.y + 3) return 1;
+  }
+  return 0;
+}
+
+void CPictrace::MarkRegions(DWORD color, int nValue, int bStored) {
+  CWordArray indices;
+  for (INT_PTR i = 0; i < m_arrColorList.GetSize(); i++) {
+    if (bStored) {
+      if (m_arrColorList[i] == color) {
+        indices.Add(static_cast<WORD>(i));
+        break;
+      }
+    } else if (i < m_arrNearestColors.GetSize() && m_arrNearestColors[i] == color) {
+      indices.Add(static_cast<WORD>(i));
+    }
+  }
+  std::list<COutlineRegion*>& regions = bStored ? m_listStoredRegions : m_listOutlineRegions;
+  const long long radius2 = static_cast<long long>(m_nColorRadius) * m_nColorRadius;
+
+  if (indices.GetSize() == 0) {
+    for (COutlineRegion* pRegion : regions) {
+      const long long d = ColorDistance(pRegion->m_crColor, color);
+      if (d > radius2) continue;
+      if (!bStored)
+        pRegion->m_bSkip = nValue;
+      else if (d == 0)
+        pRegion->m_bMarked = nValue;
+    }
+    return;
+  }
+  // A region's nearest list colour does not depend on k: found once each.
+  for (COutlineRegion* pRegion : regions) {
+    long long best = 0;
+    const int nearest = NearestIndex(m_arrColorList, pRegion->m_crColor, best);
+    for (INT_PTR k = 0; k < indices.GetSize(); k++) {
+      if (nearest != static_cast<int>(indices[k])) continue;
+      if (!bStored)
+        pRegion->m_bSkip = nValue;
+      else if (best == 0)
+        pRegion->m_bMarked = nValue;
+    }
+  }
+}
+
+void CPictrace::MarkLines(DWORD color, int nValue) {
+  CWordArray indices;
+  for (INT_PTR i = 0; i < m_arrLineColors.GetSize(); i++)
+    if (i < m_arrNearestLineColors.GetSize() && m_arrNearestLineColors[i] == color)
+      indices.Add(static_cast<WORD>(i));
+
+  if (indices.GetSize() == 0) {
+    const long long radius2 = static_cast<long long>(m_nColorRadius) * m_nColorRadius;
+    for (COutlineThinline* pLine : m_listThinLines)
+      if (ColorDistance(pLine->m_crColor, color) <= radius2) pLine->m_bSelected = nValue;
+    return;
+  }
+  for (COutlineThinline* pLine : m_listThinLines) {
+    long long best = 0;
+    const int nearest = NearestIndex(m_arrLineColors, pLine->m_crColor, best);
+    for (INT_PTR k = 0; k < indices.GetSize(); k++)
+      if (nearest == static_cast<int>(indices[k])) pLine->m_bSelected = nValue;
+  }
+}
+
+void CPictrace::MarkBackground() {
+  const double width = m_bmiHeader.biWidth;
+  const double height = m_bmiHeader.biHeight;
+  const double mx = width * 0.05;
+  const double my = height * 0.05;
+  auto touchesFrame = [&](const COutlineRegion* pRegion) {
+    const CRect& rc = pRegion->m_rcBound;
+    return rc.left < mx || rc.right > width - mx || rc.top < my || rc.bottom > height - my;
+  };
+
+  // Frame area per colour, in order of first appearance.
+  std::vector<std::pair<DWORD, long long>> tally;
+  for (COutlineRegion* pRegion : m_listOutlineRegions) {
+    if (!touchesFrame(pRegion)) continue;
+    bool found = false;
+    for (auto& entry : tally) {
+      if (entry.first == pRegion->m_crColor) {
+        entry.second += pRegion->m_nPixels;
+        found = true;
+        break;
+      }
+    }
+    if (!found) tally.emplace_back(pRegion->m_crColor, pRegion->m_nPixels);
+  }
+  if (tally.empty()) return;
+  size_t best = 0;
+  for (size_t i = 1; i < tally.size(); i++)
+    if (tally[i].second > tally[best].second) best = i;  // the first colour wins a tie
+  const DWORD background = tally[best].first;
+  for (COutlineRegion* pRegion : m_listOutlineRegions)
+    if (touchesFrame(pRegion) && pRegion->m_crColor == background) pRegion->m_bSkip = 1;
+}
