@@ -1,0 +1,31 @@
+// A closed vertex chain as a GDI polygon region (alternate rule), built once
+// and asked about many points. Answers exactly as IsPointInOutline does for
+// the same chain.
+#pragma once
+
+#include <vector>
+
+#include "AfxWin.h"
+#include "outline/OutlineRecords.h"
+
+namespace outline {
+
+class COutlineHitTest {
+ public:
+  COutlineHitTest(const sPoint* points, int n) {
+    if (!points || n <= 0) return;
+    std::vector<POINT> pts(static_cast<size_t>(n));
+    for (int k = 0; k < n; k++) pts[k] = POINT{points[k].x, points[k].y};
+    m_bValid = m_rgn.CreatePolygonRgn(pts.data(), n, ALTERNATE) != FALSE;
+  }
+  COutlineHitTest(const COutlineHitTest&) = delete;
+  COutlineHitTest& operator=(const COutlineHitTest&) = delete;
+
+  bool Contains(const sPoint& pt) const { return m_bValid && m_rgn.PtInRegion(pt.x, pt.y) != FALSE; }
+
+ private:
+  CRgn m_rgn;
+  bool m_bValid = false;
+};
+
+}  // namespace outline

@@ -1,0 +1,64 @@
+// The searches over the piece array that the region assembly makes. The
+// plain procedure scans the whole array for each of them; CPieceIndex
+// answers them from sorted indexes with the same results.
+#pragma once
+
+#include <vector>
+
+#include "outline/OutlineRecords.h"
+
+namespace outline {
+
+// A piece is live for a neighbour value while its m_nNeighbor still holds
+// that value; consuming a piece sets m_nNeighbor to -1. Every answer is the
+// piece of lowest index that qualifies, or -1.
+class CPieceSearch {
+ public:
+  virtual ~CPieceSearch() = default;
+  // First piece of the region.
+  virtual int FirstOfRegion(int region) = 0;
+  // First piece at index >= from of the region whose start has the x or the
+  // y of pt.
+  virtual int NextOfRegionOnLine(int from, int region, sPoint pt) = 0;
+  // Whether some piece of the region starts at pt.
+  virtual bool RegionStartsAt(int region, sPoint pt) = 0;
+  // First live piece with the neighbour.
+  virtual int FirstWithNeighbor(int neighbor) = 0;
+  // Every live piece with the neighbour whose start equals its end, in order.
+  virtual void ClosedWithNeighbor(int neighbor, std::vector<int>& out) = 0;
+  // First live piece with the neighbour that starts at pt.
+  virtual int NextInChain(int neighbor, sPoint pt) = 0;
+};
+
+// Sorted indexes over the pieces' regions, neighbours and start vertices.
+// Regions and start vertices never change; neighbours only ever become -1,
+// so the first live entry of a group only moves forward and a cursor per
+// group skips the consumed ones for good.
+class CPieceIndex : public CPieceSearch {
+ public:
+  explicit CPieceIndex(const std::vector<COutlineVector*>& pieces);
+  int FirstOfRegion(int region) override;
+  int NextOfRegionOnLine(int from, int region, sPoint pt) override;
+  bool RegionStartsAt(int region, sPoint pt) override;
+  int FirstWithNeighbor(int neighbor) override;
+  void ClosedWithNeighbor(int neighbor, std::vector<int>& out) override;
+  int NextInChain(int neighbor, sPoint pt) override;
+
+ private:
+  struct Entry {
+    int key;     // region or neighbour
+    short x, y;  // start vertex, where the index uses it
+    int index;   // position in the piece array
+  };
+  bool Live(int index, int neighbor) const;
+
+  const std::vector<COutlineVector*>& m_pieces;
+  std::vector<Entry> m_byRegion;      // (region, index)
+  std::vector<Entry> m_byRegionStart; // (region, start, index)
+  std::vector<Entry> m_byNeighbor;    // (neighbour, index)
+  std::vector<Entry> m_byNeighborStart;  // (neighbour, start, index)
+  std::vector<size_t> m_neighborCursor;  // per group start: first entry not yet consumed
+  std::vector<size_t> m_chainCursor;
+};
+
+}  // namespace outline

@@ -1,0 +1,58 @@
+// Regions from the largest enclosed area to the smallest, and each region's
+// colour tied to the nearest entry of the colour list.
+#include <cstdint>
+#include <vector>
+
+#include "Pictrace.h"
+#include "outline/OutlineRecords.h"
+
+int CPictrace::SortRegionSeq(std::list<COutlineRegion*>& listRegions) {
+  if (listRegions.empty()) return 0;
+  std::vector<COutlineRegion*> regions(listRegions.begin(), listRegions.end());
+  listRegions.clear();
+
+  for (COutlineRegion* r : regions) {
+    if (r->m_nPoints > 2 && r->m_pPoints) {
+      std::int64_t sum = 0;  // wide, so that no partial sum overflows
+      for (int i = 0; i < r->m_nPoints; i++) {
+        const sPoint& a = r->m_pPoints[i];
+        const sPoint& b = r->m_pPoints[(i + 1) % r->m_nPoints];
+        sum += static_cast<std::int64_t>(a.x) * b.y - static_cast<std::int64_t>(a.y) * b.x;
+      }
+      if (sum < 0) sum = -sum;
+      r->m_nArea = sum > 0x7FFFFFFF ? 0x7FFFFFFF : static_cast<int>(sum);
+    } else {
+      r->m_nArea = 0;
+    }
+  }
+
+  // The exchange sort fixes the order of equal areas; another sort would
+  // order them differently.
+  const size_t n = regions.size();
+  for (size_t i = 0; i + 1 < n; i++)
+    for (size_t j = i + 1; j < n; j++)
+      if (regions[i]->m_nArea < regions[j]->m_nArea) std::swap(regions[i], regions[j]);
+
+  for (COutlineRegion* r : regions) listRegions.push_back(r);
+  return 1;
+}
+
+void CPictrace::SetOutlineColorIndex(std::list<COutlineRegion*>& /*listRegions*/) {
+  // Always the engine's current list, whatever list is passed.
+  if (m_listOutlineRegions.empty() || m_arrColorList.GetSize() == 0) return;
+  for (COutlineRegion* r : m_listOutlineRegions) {
+    int red = GetRValue(r->m_crColor), green = GetGValue(r->m_crColor), blue = GetBValue(r->m_crColor);
+    int best = 10000000, index = -1;
+    for (INT_PTR k = 0; k < m_arrColorList.GetSize(); k++) {
+      DWORD c = m_arrColorList[k];
+      int dr = red - GetRValue(c), dg = green - GetGValue(c), db = blue - GetBValue(c);
+      int d = dr * dr + dg * dg + db * db;
+      if (d < best) {
+        best = d;
+        index = static_cast<int>(k);
+      }
+    }
+    r->m_nColorIndex = index;
+    if (index >= 0) r->m_crColor = m_arrColorList[index];
+  }
+}
