@@ -47,3 +47,8 @@ void DeleteSnapshotList(CRegionSnapshot* pHead) {
     pHead = next;
   }
 }
+
+// The records keep their declared layouts; the pool adds no per-node header.
+static_assert(sizeof(void*) != 8 || sizeof(RegionPixel) == 16, "RegionPixel layout");
+static_assert(sizeof(void*) != 8 || sizeof(CNodeNeighbor) == 24, "CNodeNeighbor layout");
+static_assert(sizeof(void*) != 8 || sizeof(CRegion) == 72, "CRegion layout");

@@ -3,12 +3,14 @@
 #pragma once
 
 #include "AfxWin.h"
+#include "segment/NodePool.h"
 
 // One pixel of a region; rows are in DIB storage order.
 struct RegionPixel {
   short x;
   short y;
   RegionPixel* m_pNext;
+  PICTRACE_POOLED_NODE(RegionPixel)
 };
 
 class CRegion;
@@ -20,6 +22,7 @@ class CNodeNeighbor {
   float m_fDecrease;    // merge value of the owner with m_pRegion
   DWORD m_nWeakEdges;   // border contacts that are not strong edges
   CNodeNeighbor* m_pNext;
+  PICTRACE_POOLED_NODE(CNodeNeighbor)
 };
 
 // One node of the region graph. It owns its pixel nodes and its outgoing
@@ -42,6 +45,7 @@ class CRegion {
   float m_fRed;
   float m_fGreen;
   float m_fBlue;
+  PICTRACE_POOLED_NODE(CRegion)
 };
 
 struct CRegionSnapshot;
@@ -52,6 +56,7 @@ struct CSnapshotLink {
   float m_fDecrease;
   DWORD m_nWeakEdges;
   CSnapshotLink* m_pNext;
+  PICTRACE_POOLED_NODE(CSnapshotLink)
 };
 
 // A saved block-stage region.
@@ -65,6 +70,7 @@ struct CRegionSnapshot {
   float m_fRed;
   float m_fGreen;
   float m_fBlue;
+  PICTRACE_POOLED_NODE(CRegionSnapshot)
 };
 
 // Frees a whole region list, reading each successor before deleting.

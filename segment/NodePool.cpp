@@ -1,0 +1,70 @@
+#include "segment/NodePool.h"
+
+#include <new>
+
+NodePool::NodePool(std::size_t nodeSize, std::size_t nodesPerChunk)
+    : m_nNodeSize((nodeSize + alignof(void*) - 1) / alignof(void*) * alignof(void*)),
+      m_nPerChunk(nodesPerChunk) {
+  if (m_nNodeSize < sizeof(FreeNode)) m_nNodeSize = sizeof(FreeNode);
+}
+
+NodePool::~NodePool() { ReleaseChunks(); }
+
+void* NodePool::Allocate() {
+  std::lock_guard<std::mutex> guard(m_lock);
+  if (!m_pFree) Grow();
+  FreeNode* node = m_pFree;
+  m_pFree = node->m_pNext;
+  m_nLive++;
+  return node;
+}
+
+void NodePool::Release(void* p) {
+  std::lock_guard<std::mutex> guard(m_lock);
+  FreeNode* node = static_cast<FreeNode*>(p);
+  node->m_pNext = m_pFree;
+  m_pFree = node;
+  if (--m_nLive == 0 && m_chunks.size() > 1) KeepFirstChunk();
+}
+
+std::size_t NodePool::LiveNodes() const {
+  std::lock_guard<std::mutex> guard(m_lock);
+  return m_nLive;
+}
+
+std::size_t NodePool::Chunks() const {
+  std::lock_guard<std::mutex> guard(m_lock);
+  return m_chunks.size();
+}
+
+// New nodes are threaded onto the free list in address order, so that a
+// fresh graph is laid out in memory in the order it is built.
+void NodePool::Grow() { Thread(static_cast<char*>(::operator new(m_nNodeSize * m_nPerChunk))); }
+
+void NodePool::Thread(char* chunk) {
+  m_chunks.push_back(chunk);
+  for (std::size_t i = m_nPerChunk; i-- > 0;) {
+    FreeNode* node = reinterpret_cast<FreeNode*>(chunk + i * m_nNodeSize);
+    node->m_pNext = m_pFree;
+    m_pFree = node;
+  }
+}
+
+// With no node live, all chunks but one go back to the allocator; keeping
+// one avoids churning a chunk when a single node comes and goes.
+void NodePool::KeepFirstChunk() {
+  for (std::size_t i = 1; i < m_chunks.size(); i++) ::operator delete(m_chunks[i]);
+  m_chunks.resize(1);
+  m_chunks.shrink_to_fit();
+  char* chunk = m_chunks[0];
+  m_chunks.clear();
+  m_pFree = nullptr;
+  Thread(chunk);
+}
+
+void NodePool::ReleaseChunks() {
+  for (char* chunk : m_chunks) ::operator delete(chunk);
+  m_chunks.clear();
+  m_chunks.shrink_to_fit();
+  m_pFree = nullptr;
+}

@@ -1,0 +1,70 @@
+// A free-list pool for the small, numerous nodes of the region graph (pixel
+// nodes, links, regions, snapshot records). Photographs create millions of
+// them; the pool packs them without per-block allocator headers and hands
+// back whole chunks once every node of its size is freed.
+#pragma once
+
+#include <cstddef>
+#include <mutex>
+#include <vector>
+
+class NodePool {
+ public:
+  explicit NodePool(std::size_t nodeSize, std::size_t nodesPerChunk = 32768);
+  ~NodePool();
+  NodePool(const NodePool&) = delete;
+  NodePool& operator=(const NodePool&) = delete;
+
+  void* Allocate();
+  void Release(void* p);
+
+  std::size_t LiveNodes() const;
+  std::size_t Chunks() const;
+
+ private:
+  struct FreeNode {
+    FreeNode* m_pNext;
+  };
+  void Grow();
+  void Thread(char* chunk);  // adds a chunk and threads its nodes onto the free list
+  void KeepFirstChunk();
+  void ReleaseChunks();
+
+  std::size_t m_nNodeSize;
+  std::size_t m_nPerChunk;
+  FreeNode* m_pFree = nullptr;
+  std::size_t m_nLive = 0;
+  std::vector<char*> m_chunks;
+  // Engines on different threads may share the pool; the lock is not
+  // contended in the engine's own single-threaded use.
+  mutable std::mutex m_lock;
+};
+
+// The pool for nodes of N bytes. It is never destroyed, so that an engine
+// destroyed during static destruction can still free its nodes; its chunks
+// are returned as soon as no node is live.
+template <std::size_t N>
+NodePool& PoolOfSize() {
+  static NodePool* s_pPool = new NodePool(N);
+  return *s_pPool;
+}
+
+// Class-specific allocation through the pool of the class's size; the
+// record layouts stay exactly as declared. Under AddressSanitizer the nodes
+// come from the ordinary allocator, so that it sees every node's lifetime.
+#if defined(__SANITIZE_ADDRESS__)
+#define PICTRACE_POOLED_NODE(T)
+#else
+#define PICTRACE_POOLED_NODE(T)                                              \
+  static void* operator new(std::size_t size) {                              \
+    return size == sizeof(T) ? PoolOfSize<sizeof(T)>().Allocate()            \
+                             : ::operator new(size);                         \
+  }                                                                          \
+  static void operator delete(void* p, std::size_t size) {                   \
+    if (!p) return;                                                          \
+    if (size == sizeof(T))                                                   \
+      PoolOfSize<sizeof(T)>().Release(p);                                    \
+    else                                                                     \
+      ::operator delete(p);                                                  \
+  }
+#endif

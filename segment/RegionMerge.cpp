@@ -1,0 +1,165 @@
+// The merge value of two neighbouring regions, its refreshes, and the merge
+// itself with its link bookkeeping.
+#include <cmath>
+#include <cstdint>
+
+#include "Pictrace.h"
+#include "segment/RegionGraph.h"
+
+namespace {
+
+// Ward's cost of joining two regions: the growth of the summed squared
+// error. Products and sums of sizes are formed in 64 bits.
+double WardCost(const CRegion* a, const CRegion* b) {
+  double dr = static_cast<double>(a->m_fRed) - b->m_fRed;
+  double dg = static_cast<double>(a->m_fGreen) - b->m_fGreen;
+  double db = static_cast<double>(a->m_fBlue) - b->m_fBlue;
+  std::uint64_t product = static_cast<std::uint64_t>(a->m_nSize) * b->m_nSize;
+  std::uint64_t sum = static_cast<std::uint64_t>(a->m_nSize) + b->m_nSize;
+  return static_cast<double>(product) * (dr * dr + dg * dg + db * db) / static_cast<double>(sum);
+}
+
+CNodeNeighbor* FindLink(CRegion* owner, const CRegion* target) {
+  for (CNodeNeighbor* l = owner->m_pNeighbors; l; l = l->m_pNext)
+    if (l->m_pRegion == target) return l;
+  return nullptr;
+}
+
+}  // namespace
+
+// Negative means the merge is wanted: the colour cost is outweighed by the
+// scale-weighted bonus for small regions and for a border without strong
+// edges.
+float CPictrace::CombineDec(CRegion* pRegion, CNodeNeighbor* pLink, double dFactor) {
+  const CRegion* other = pLink->m_pRegion;
+  double cost = WardCost(pRegion, other);
+  DWORD nmin = pRegion->m_nSize < other->m_nSize ? pRegion->m_nSize : other->m_nSize;
+  double bonus = 50.0 * std::exp(-static_cast<double>(nmin) / 60.0) + pLink->m_nWeakEdges;
+  return static_cast<float>(cost - dFactor * bonus);
+}
+
+void CPictrace::RemovingDecrease(double dFactor) {
+  for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
+    r->m_fDecrease = 0.0f;
+    r->m_pBestNeighbor = nullptr;
+    for (CNodeNeighbor* l = r->m_pNeighbors; l; l = l->m_pNext) {
+      l->m_fDecrease = CombineDec(r, l, dFactor);
+      if (l->m_fDecrease < r->m_fDecrease) {  // ties keep the earlier link
+        r->m_pBestNeighbor = l;
+        r->m_fDecrease = l->m_fDecrease;
+      }
+    }
+  }
+}
+
+// Only the links of the grown region are recomputed. Its neighbours get the
+// new value on their link back and re-pick their best among values they
+// already hold; their other links are deliberately left stale, and a best
+// link is not cleared when nothing is negative any more.
+void CPictrace::UpdateRemovingDecrease(CRegion* pRegion, double dFactor) {
+  pRegion->m_fDecrease = 0.0f;
+  for (CNodeNeighbor* l = pRegion->m_pNeighbors; l; l = l->m_pNext) {
+    float v = CombineDec(pRegion, l, dFactor);
+    l->m_fDecrease = v;
+    if (v < pRegion->m_fDecrease) {
+      pRegion->m_pBestNeighbor = l;
+      pRegion->m_fDecrease = v;
+    }
+    CRegion* x = l->m_pRegion;
+    x->m_fDecrease = 0.0f;
+    for (CNodeNeighbor* xl = x->m_pNeighbors; xl; xl = xl->m_pNext) {
+      if (xl->m_pRegion == pRegion) xl->m_fDecrease = v;
+      if (xl->m_fDecrease < x->m_fDecrease) {
+        x->m_pBestNeighbor = xl;
+        x->m_fDecrease = xl->m_fDecrease;
+      }
+    }
+  }
+}
+
+double CPictrace::CombineRegion(CRegion* pRegion) {
+  CRegion* a = pRegion;
+  CNodeNeighbor* best = a->m_pBestNeighbor;
+  if (!best) return 0.0;  // nothing chosen to merge
+  CRegion* b = best->m_pRegion;
+
+  // 1. Drop A's link to B and find the tail of what remains.
+  CNodeNeighbor** pp = &a->m_pNeighbors;
+  while (*pp && *pp != best) pp = &(*pp)->m_pNext;
+  if (!*pp) return 0.0;  // a best link that is not A's own: refuse rather than corrupt
+  *pp = best->m_pNext;
+  delete best;
+  a->m_pBestNeighbor = nullptr;
+  CNodeNeighbor* tail = a->m_pNeighbors;
+  while (tail && tail->m_pNext) tail = tail->m_pNext;
+
+  // 2. Hand B's links over to A.
+  CNodeNeighbor* l = b->m_pNeighbors;
+  b->m_pNeighbors = nullptr;
+  while (l) {
+    CNodeNeighbor* next = l->m_pNext;
+    CRegion* x = l->m_pRegion;
+    if (x == a) {
+      delete l;
+    } else {
+      // One walk over X's links finds both its link to A and to B.
+      CNodeNeighbor* toA = nullptr;
+      CNodeNeighbor** toB = nullptr;
+      for (CNodeNeighbor** xp = &x->m_pNeighbors; *xp; xp = &(*xp)->m_pNext) {
+        if (!toA && (*xp)->m_pRegion == a) toA = *xp;
+        if (!toB && (*xp)->m_pRegion == b) toB = xp;
+      }
+      if (toA) {
+        // The border X-B becomes part of the border X-A on both sides.
+        if (toB) {
+          CNodeNeighbor* gone = *toB;
+          toA->m_nWeakEdges += gone->m_nWeakEdges;
+          *toB = gone->m_pNext;
+          delete gone;
+        }
+        CNodeNeighbor* aToX = FindLink(a, x);
+        if (aToX) aToX->m_nWeakEdges += l->m_nWeakEdges;
+        delete l;
+      } else {
+        if (toB) (*toB)->m_pRegion = a;
+        l->m_pNext = nullptr;
+        if (tail)
+          tail->m_pNext = l;
+        else
+          a->m_pNeighbors = l;
+        tail = l;
+      }
+    }
+    l = next;
+  }
+
+  // 3.-4. The cost, then the size-weighted means (blue, green, red).
+  double cost = WardCost(a, b);
+  double na = a->m_nSize, nb = b->m_nSize;
+  double n = static_cast<double>(static_cast<std::uint64_t>(a->m_nSize) + b->m_nSize);
+  a->m_fBlue = static_cast<float>((na * a->m_fBlue + nb * b->m_fBlue) / n);
+  a->m_fGreen = static_cast<float>((na * a->m_fGreen + nb * b->m_fGreen) / n);
+  a->m_fRed = static_cast<float>((na * a->m_fRed + nb * b->m_fRed) / n);
+  a->m_nSize += b->m_nSize;
+
+  // 5. B's pixels follow A's.
+  if (b->m_pPixelHead) {
+    if (a->m_pPixelTail)
+      a->m_pPixelTail->m_pNext = b->m_pPixelHead;
+    else
+      a->m_pPixelHead = b->m_pPixelHead;
+    a->m_pPixelTail = b->m_pPixelTail;
+  }
+
+  // 6. B leaves the region list.
+  if (b->m_pPrev)
+    b->m_pPrev->m_pNext = b->m_pNext;
+  else if (m_pRegionHead == b)
+    m_pRegionHead = b->m_pNext;
+  if (b->m_pNext) b->m_pNext->m_pPrev = b->m_pPrev;
+  b->m_pNeighbors = nullptr;
+  b->m_pPixelHead = nullptr;
+  b->m_pPixelTail = nullptr;
+  delete b;
+  return cost;
+}
