@@ -26,6 +26,7 @@ class CArray {
   void SetSize(INT_PTR nNewSize, INT_PTR nGrowBy = -1) {
     (void)nGrowBy;
     assert(nNewSize >= 0);
+    if (nNewSize < 0) return;
     m_data.resize(static_cast<std::size_t>(nNewSize));
   }
   void RemoveAll() { m_data.clear(); }
@@ -41,6 +42,7 @@ class CArray {
 
   void SetAtGrow(INT_PTR nIndex, ARG_TYPE newElement) {
     assert(nIndex >= 0);
+    if (nIndex < 0) return;
     if (nIndex >= GetSize()) m_data.resize(static_cast<std::size_t>(nIndex) + 1);
     m_data[static_cast<std::size_t>(nIndex)] = newElement;
   }
@@ -58,12 +60,14 @@ class CArray {
   }
   void InsertAt(INT_PTR nIndex, ARG_TYPE newElement, INT_PTR nCount = 1) {
     assert(nIndex >= 0 && nCount >= 0);
+    if (nIndex < 0 || nCount < 0) return;  // release builds: refuse, keep the array
     TYPE value = newElement;
     if (nIndex >= GetSize()) m_data.resize(static_cast<std::size_t>(nIndex));
     m_data.insert(m_data.begin() + nIndex, static_cast<std::size_t>(nCount), value);
   }
   void RemoveAt(INT_PTR nIndex, INT_PTR nCount = 1) {
     assert(nIndex >= 0 && nCount >= 0 && nIndex + nCount <= GetSize());
+    if (nIndex < 0 || nCount < 0 || nIndex + nCount > GetSize()) return;
     m_data.erase(m_data.begin() + nIndex, m_data.begin() + nIndex + nCount);
   }
 

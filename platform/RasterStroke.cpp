@@ -35,7 +35,8 @@ std::vector<double> StyleRuns(const CPen& pen, double unit) {
   }
 }
 
-// Which run of a cosmetic style pixel number n falls in; true for "on".
+// Which run of a cosmetic style a pixel falls in; true for "on". The style
+// runs on across the segments and figures of one stroke.
 class StyleCursor {
  public:
   explicit StyleCursor(const std::vector<double>& runs) {
@@ -45,19 +46,25 @@ class StyleCursor {
   bool Solid() const { return m_period == 0; }
   bool On() const {
     if (m_period == 0) return true;
-    std::int64_t pos = m_pos % m_period;
+    std::int64_t pos = (m_base + m_offset) % m_period;
     for (std::size_t i = 0; i < m_runs.size(); i++) {
       if (pos < m_runs[i]) return i % 2 == 0;
       pos -= m_runs[i];
     }
     return false;
   }
-  void Advance(std::int64_t n) { m_pos += n; }
+  // Pixel i of the current segment; Advance moves to the next segment.
+  void SeekTo(std::int64_t i) { m_offset = i; }
+  void Advance(std::int64_t n) {
+    m_base = m_period == 0 ? 0 : (m_base + n) % m_period;
+    m_offset = 0;
+  }
 
  private:
   std::vector<std::int64_t> m_runs;
   std::int64_t m_period = 0;
-  std::int64_t m_pos = 0;
+  std::int64_t m_base = 0;    // style position at the segment's start
+  std::int64_t m_offset = 0;  // pixels into the segment
 };
 
 std::int64_t RoundToPixel(double v) {
@@ -76,8 +83,13 @@ BOOL CRasterDC::RenderStroke(const std::vector<PathOp>& path, const CPen& pen, i
   return StrokeWide(path, pen, nROP2, nBkMode, crBk);
 }
 
+// Step i of a segment lights the pixel i along the major axis and, on the
+// minor axis, i * minor / major rounded to nearest (halves away from the
+// start). The closed form lets a long segment visit only the steps whose
+// major coordinate lies on the surface.
 BOOL CRasterDC::StrokeCosmetic(const std::vector<PathOp>& path, const CPen& pen, int nROP2,
                                int nBkMode, COLORREF crBk) {
+  typedef __int128 Wide;
   StyleCursor style(StyleRuns(pen, 1.0));
   for (const ptgdi::Figure& figure : ptgdi::FlattenPath(path)) {
     std::size_t n = figure.points.size();
@@ -85,35 +97,34 @@ BOOL CRasterDC::StrokeCosmetic(const std::vector<PathOp>& path, const CPen& pen,
     for (std::size_t s = 0; s < segments; s++) {
       const ptgdi::PathPoint& a = figure.points[s];
       const ptgdi::PathPoint& b = figure.points[(s + 1) % n];
-      std::int64_t x = RoundToPixel(a.x), y = RoundToPixel(a.y);
-      std::int64_t x1 = RoundToPixel(b.x), y1 = RoundToPixel(b.y);
-      std::int64_t dx = std::llabs(x1 - x), dy = std::llabs(y1 - y);
-      std::int64_t sx = x < x1 ? 1 : -1, sy = y < y1 ? 1 : -1;
-      std::int64_t steps = std::max(dx, dy);
-      // A segment wholly beside the surface only advances the style.
-      bool beside = (x < 0 && x1 < 0) || (y < 0 && y1 < 0) ||
-                    (x >= m_nWidth && x1 >= m_nWidth) || (y >= m_nHeight && y1 >= m_nHeight);
-      if (beside) {
-        style.Advance(steps);
-        continue;
-      }
-      std::int64_t err = (dx > dy ? dx : -dy) / 2;
-      for (std::int64_t i = 0; i < steps; i++) {  // the end point is left out
+      std::int64_t x0 = RoundToPixel(a.x), y0 = RoundToPixel(a.y);
+      std::int64_t dx = RoundToPixel(b.x) - x0, dy = RoundToPixel(b.y) - y0;
+      bool xMajor = std::llabs(dx) >= std::llabs(dy);
+      std::int64_t major = xMajor ? std::llabs(dx) : std::llabs(dy);
+      std::int64_t minor = xMajor ? std::llabs(dy) : std::llabs(dx);
+      std::int64_t majorStart = xMajor ? x0 : y0, minorStart = xMajor ? y0 : x0;
+      int majorSign = (xMajor ? dx : dy) < 0 ? -1 : 1;
+      int minorSign = (xMajor ? dy : dx) < 0 ? -1 : 1;
+      std::int64_t limit = xMajor ? m_nWidth : m_nHeight;
+      // Steps i in [0, major) (the end point is left out) whose major
+      // coordinate majorStart + majorSign * i lies in [0, limit).
+      std::int64_t first = majorSign > 0 ? -majorStart : majorStart - limit + 1;
+      std::int64_t last = majorSign > 0 ? limit - 1 - majorStart : majorStart;
+      first = std::max<std::int64_t>(first, 0);
+      last = std::min<std::int64_t>(last, major - 1);
+      for (std::int64_t i = first; i <= last; i++) {
+        std::int64_t along = majorStart + majorSign * i;
+        std::int64_t across = minorStart + minorSign * static_cast<std::int64_t>(
+                                                (2 * static_cast<Wide>(i) * minor + major) /
+                                                (2 * static_cast<Wide>(major)));
+        std::int64_t x = xMajor ? along : across, y = xMajor ? across : along;
+        style.SeekTo(i);
         if (style.On())
           MixPixel(x, y, pen.m_crColor, nROP2);
         else if (nBkMode == OPAQUE)
           MixPixel(x, y, crBk, nROP2);
-        style.Advance(1);
-        std::int64_t e = err;
-        if (e > -dx) {
-          err -= dy;
-          x += sx;
-        }
-        if (e < dy) {
-          err += dx;
-          y += sy;
-        }
       }
+      style.Advance(major);
     }
   }
   return TRUE;

@@ -145,12 +145,17 @@ TEST(RasterStroke, ImmediateLinesAndOffSurfaceGeometry) {
   dc.MoveTo(1, 5);
   EXPECT_TRUE(dc.LineTo(5, 5));
   EXPECT_EQ(Row(dc, 5, 0, 8), ".####...");
-  POINT far[] = {{-100000, 3}, {100000, 3}};
+  // Long segments only visit the steps over the surface.
+  POINT far[] = {{-2000000000, 3}, {2000000000, 3}};
   EXPECT_TRUE(dc.Polyline(far, 2));
   EXPECT_EQ(Row(dc, 3, 0, 8), "########");
+  POINT diagonal[] = {{2000000000, 2000000000}, {-2000000000, -2000000000}};
+  EXPECT_TRUE(dc.Polyline(diagonal, 2));
+  EXPECT_EQ(dc.GetPixel(6, 6), 0u);
+  EXPECT_EQ(dc.GetPixel(7, 6), kWhite);
   CPen wide(PS_SOLID, 3, RGB(0, 0, 0));
   dc.SelectObject(&wide);
   POINT outside[] = {{-50, -50}, {-20, -40}};
   EXPECT_TRUE(dc.Polyline(outside, 2));
-  EXPECT_EQ(Row(dc, 0, 0, 8), "........");
+  EXPECT_EQ(Row(dc, 0, 1, 8), ".......");  // (0, 0) is the diagonal's
 }
