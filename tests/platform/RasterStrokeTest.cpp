@@ -105,6 +105,11 @@ TEST(RasterStroke, UserStyledGeometricPen) {
   std::string column;
   for (int y = 4; y < 15; y++) column += dc.GetPixel(2, y) == 0 ? '#' : '.';
   EXPECT_EQ(column, "##..##..##.");
+
+  dc.SetBkMode(OPAQUE);  // now the gaps take the background colour
+  dc.SetBkColor(kRed);
+  StrokeLine(dc, {0, 6}, {12, 6});
+  EXPECT_EQ(Row(dc, 6, 0, 14), "##rr##rr##rr..");
 }
 
 TEST(RasterStroke, SelectionHighlightOfAThinLine) {
