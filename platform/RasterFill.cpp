@@ -1,8 +1,11 @@
 // Polygon and path fills on the raster device. Cairo flattens the curves,
 // but the pixels are chosen here by the exact crossing rule of
-// PolygonScan.h: cairo's own rasterizer rounds crossings to its 24.8 grid,
-// so a crossing just right of an integer column could light a pixel that
-// the polygon region (CRgn) leaves out, and fills must match regions.
+// PolygonScan.h, because fills must light exactly the pixels of the polygon
+// region (CRgn). Cairo's aliased rasterizer, even with the geometry shifted
+// by half a pixel, differs on about 0.3% of the pixels of random integer
+// polygons: it settles points lying exactly on slanted edges by its own tie
+// rule, and points close to an edge after rounding the crossing to its
+// 1/256 grid.
 #include "HatchPatterns.h"
 #include "PathFlattening.h"
 #include "PolygonScan.h"
