@@ -1,0 +1,155 @@
+#include "segment/GreedyMerge.h"
+
+#include <limits>
+#include <vector>
+
+#include "segment/MergeIndex.h"
+#include "segment/RegionGraph.h"
+
+namespace {
+
+enum FitState : unsigned char { kNone, kQualifies, kBlocked };
+
+// The best link is read only when the value is negative: otherwise it may
+// point at a link that a merge has freed.
+FitState StateOf(const CRegion* r, DWORD nLimit) {
+  if (!(r->m_fDecrease < 0.0f)) return kNone;
+  if (r->m_nSize <= nLimit && r->m_pBestNeighbor->m_pRegion->m_nSize <= nLimit) return kQualifies;
+  return kBlocked;
+}
+
+}  // namespace
+
+GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
+  GreedyCounts counts;
+  CRegion* cursor = pHead;
+  while (cursor) {
+    CRegion* found = nullptr;
+    for (CRegion* r = cursor; r; r = r->m_pNext) {
+      FitState s = StateOf(r, nLimit);
+      if (s == kQualifies) {
+        found = r;
+        break;
+      }
+      if (s == kBlocked) counts.blocked++;
+    }
+    if (found) {
+      merge(found);
+      counts.merges++;
+      cursor = found;
+    } else if (cursor != pHead) {
+      cursor = pHead;
+    } else {
+      break;
+    }
+  }
+  return counts;
+}
+
+GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge) {
+  GreedyCounts counts;
+  CRegion* cursor = pHead;
+  while (cursor) {
+    CRegion* found = nullptr;
+    float min = 0.0f;
+    for (CRegion* r = cursor; r; r = r->m_pNext)
+      if (r->m_fDecrease < min) {
+        found = r;
+        min = r->m_fDecrease;
+      }
+    if (found) {
+      merge(found);
+      counts.merges++;
+      cursor = found;
+    } else if (cursor != pHead) {
+      cursor = pHead;
+    } else {
+      break;
+    }
+  }
+  return counts;
+}
+
+// After a merge only the grown region and its neighbours change (value,
+// best link, size behind the best link), and the absorbed region leaves;
+// every other region keeps its state, so the index stays exact by
+// refreshing exactly those.
+GreedyCounts MergeFirstFitIndexed(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
+  GreedyCounts counts;
+  RegionPositions pos(pHead);
+  int n = pos.Size();
+  PositionCounter qualifies(n), blocked(n);
+  std::vector<FitState> state(static_cast<size_t>(n), kNone);
+  auto setState = [&](int i, FitState s) {
+    FitState& old = state[static_cast<size_t>(i)];
+    if (old == s) return;
+    if (old == kQualifies) qualifies.Add(i, -1);
+    if (old == kBlocked) blocked.Add(i, -1);
+    if (s == kQualifies) qualifies.Add(i, 1);
+    if (s == kBlocked) blocked.Add(i, 1);
+    old = s;
+  };
+  for (int i = 0; i < n; i++) setState(i, StateOf(pos.At(i), nLimit));
+
+  CRegion* cursor = pHead;
+  int p = 0;
+  while (cursor) {
+    int q = qualifies.FindNth(qualifies.CountBelow(p) + 1);  // n when none
+    counts.blocked += static_cast<std::uint64_t>(blocked.CountBelow(q) - blocked.CountBelow(p));
+    if (q < n) {
+      CRegion* a = pos.At(q);
+      int b = pos.Of(a->m_pBestNeighbor->m_pRegion);
+      merge(a);
+      counts.merges++;
+      if (b >= 0) setState(b, kNone);
+      setState(q, StateOf(a, nLimit));
+      for (CNodeNeighbor* l = a->m_pNeighbors; l; l = l->m_pNext) {
+        int x = pos.Of(l->m_pRegion);
+        if (x >= 0) setState(x, StateOf(l->m_pRegion, nLimit));
+      }
+      cursor = a;
+      p = q;
+    } else if (cursor != pHead) {
+      cursor = pHead;
+      p = pos.Of(pHead);
+    } else {
+      break;
+    }
+  }
+  return counts;
+}
+
+GreedyCounts MergeGlobalMinIndexed(CRegion* const& pHead, const MergeStep& merge) {
+  GreedyCounts counts;
+  RegionPositions pos(pHead);
+  int n = pos.Size();
+  LeftmostMinTree values(n);
+  for (int i = 0; i < n; i++) values.Set(i, pos.At(i)->m_fDecrease);
+
+  CRegion* cursor = pHead;
+  int p = 0;
+  while (cursor) {
+    float min = values.MinFrom(p);
+    if (min < 0.0f) {
+      int q = values.FirstAtMost(p, min);
+      CRegion* a = pos.At(q);
+      int b = pos.Of(a->m_pBestNeighbor->m_pRegion);
+      merge(a);
+      counts.merges++;
+      if (b >= 0) values.Set(b, std::numeric_limits<float>::infinity());
+      values.Set(q, a->m_fDecrease);
+      for (CNodeNeighbor* l = a->m_pNeighbors; l; l = l->m_pNext) {
+        int x = pos.Of(l->m_pRegion);
+        if (x >= 0) values.Set(x, l->m_pRegion->m_fDecrease);
+      }
+      cursor = a;
+      p = q;
+    } else if (cursor != pHead) {
+      cursor = pHead;
+      p = pos.Of(pHead);
+    } else {
+      break;
+    }
+  }
+  return counts;
+}

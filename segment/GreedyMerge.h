@@ -1,0 +1,40 @@
+// The greedy merging loops of the pyramid segmentation at one scale.
+//
+// Both loops start their cursor at the head, look for a candidate from the
+// cursor to the end of the list, merge it with its best neighbour, and
+// resume at the region that grew; only a scan from the head that finds
+// nothing ends the scale. The block stage takes the first region that
+// qualifies under the size limit; the pyramid stage takes the region with
+// the lowest value (the earliest of equal ones).
+//
+// Each loop exists twice: a literal list scan, and an indexed version that
+// finds the same candidate and counts the same skips without walking the
+// list (the literal scan is quadratic in the region count on photographs).
+// The engine uses the indexed one; the tests hold the two against each
+// other.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "AfxWin.h"
+
+class CRegion;
+
+// Merges the candidate's best neighbour into it and refreshes the values
+// around it (CombineRegion, then UpdateRemovingDecrease).
+using MergeStep = std::function<void(CRegion* pCandidate)>;
+
+struct GreedyCounts {
+  std::uint64_t merges = 0;
+  std::uint64_t blocked = 0;  // skips for size, counted in every scan that meets them
+};
+
+// Block stage: a region qualifies when its value is negative and both it
+// and the region behind its best link hold at most nLimit pixels.
+GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge);
+GreedyCounts MergeFirstFitIndexed(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge);
+
+// Pyramid stage: the lowest negative value from the cursor on.
+GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge);
+GreedyCounts MergeGlobalMinIndexed(CRegion* const& pHead, const MergeStep& merge);

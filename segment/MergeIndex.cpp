@@ -1,0 +1,108 @@
+#include "segment/MergeIndex.h"
+
+#include <limits>
+
+#include "segment/RegionGraph.h"
+
+RegionPositions::RegionPositions(CRegion* pHead) {
+  for (CRegion* r = pHead; r; r = r->m_pNext) m_regions.push_back(r);
+  size_t capacity = 16;
+  while (capacity < 2 * m_regions.size()) capacity *= 2;
+  m_mask = capacity - 1;
+  m_keys.assign(capacity, nullptr);
+  m_values.assign(capacity, -1);
+  for (size_t i = 0; i < m_regions.size(); i++) {
+    size_t s = Slot(m_regions[i]);
+    m_keys[s] = m_regions[i];
+    m_values[s] = static_cast<int>(i);
+  }
+}
+
+size_t RegionPositions::Slot(const CRegion* pRegion) const {
+  std::uint64_t h = reinterpret_cast<std::uintptr_t>(pRegion) >> 3;
+  h *= 0x9E3779B97F4A7C15ull;
+  size_t s = static_cast<size_t>(h >> 20) & m_mask;
+  while (m_keys[s] && m_keys[s] != pRegion) s = (s + 1) & m_mask;
+  return s;
+}
+
+int RegionPositions::Of(const CRegion* pRegion) const {
+  if (!pRegion) return -1;
+  return m_values[Slot(pRegion)];
+}
+
+PositionCounter::PositionCounter(int n) : m_n(n), m_top(1), m_tree(static_cast<size_t>(n) + 1, 0) {
+  while (m_top * 2 <= m_n) m_top *= 2;
+}
+
+void PositionCounter::Add(int i, int delta) {
+  for (int k = i + 1; k <= m_n; k += k & -k) m_tree[static_cast<size_t>(k)] += delta;
+}
+
+std::int64_t PositionCounter::CountBelow(int i) const {
+  std::int64_t sum = 0;
+  for (int k = i; k > 0; k -= k & -k) sum += m_tree[static_cast<size_t>(k)];
+  return sum;
+}
+
+int PositionCounter::FindNth(std::int64_t n) const {
+  if (n <= 0) return 0;
+  int pos = 0;
+  for (int step = m_top; step > 0; step /= 2) {
+    int next = pos + step;
+    if (next <= m_n && m_tree[static_cast<size_t>(next)] < n) {
+      pos = next;
+      n -= m_tree[static_cast<size_t>(next)];
+    }
+  }
+  return pos;  // 0-based position of the n-th, or m_n when there are fewer
+}
+
+LeftmostMinTree::LeftmostMinTree(int n) : m_size(1) {
+  while (m_size < n) m_size *= 2;
+  m_tree.assign(2 * static_cast<size_t>(m_size), std::numeric_limits<float>::infinity());
+}
+
+void LeftmostMinTree::Set(int i, float v) {
+  size_t k = static_cast<size_t>(i + m_size);
+  m_tree[k] = v;
+  for (k /= 2; k > 0; k /= 2) {
+    float l = m_tree[2 * k], r = m_tree[2 * k + 1];
+    m_tree[k] = r < l ? r : l;
+  }
+}
+
+float LeftmostMinTree::MinFrom(int p) const {
+  float best = std::numeric_limits<float>::infinity();
+  size_t lo = static_cast<size_t>(p + m_size), hi = 2 * static_cast<size_t>(m_size);
+  while (lo < hi) {
+    if (lo & 1) {
+      if (m_tree[lo] < best) best = m_tree[lo];
+      lo++;
+    }
+    if (hi & 1) {
+      hi--;
+      if (m_tree[hi] < best) best = m_tree[hi];
+    }
+    lo /= 2;
+    hi /= 2;
+  }
+  return best;
+}
+
+int LeftmostMinTree::FirstAtMost(int p, float bound) const {
+  if (p >= m_size) return -1;
+  size_t i = static_cast<size_t>(p + m_size);
+  for (;;) {
+    if (m_tree[i] <= bound) {
+      while (i < static_cast<size_t>(m_size)) {
+        i *= 2;
+        if (!(m_tree[i] <= bound)) i++;
+      }
+      return static_cast<int>(i) - m_size;
+    }
+    while (i & 1) i /= 2;  // a right child: its parent's range is done
+    if (i == 0) return -1;
+    i++;
+  }
+}

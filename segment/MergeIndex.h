@@ -1,0 +1,57 @@
+// Indexes over the region list that let the greedy merge loops find their
+// next candidate without walking the list: positions of the regions in list
+// order, counters over positions and a leftmost-minimum tree. The list only
+// ever loses regions during a loop (merged regions are unlinked, none is
+// inserted or moved), so a position fixed at the start stays valid.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+class CRegion;
+
+// Position of every region of a list, in list order, found by address.
+class RegionPositions {
+ public:
+  explicit RegionPositions(CRegion* pHead);
+  int Size() const { return static_cast<int>(m_regions.size()); }
+  CRegion* At(int i) const { return m_regions[static_cast<std::size_t>(i)]; }
+  int Of(const CRegion* pRegion) const;  // -1 when not in the list
+
+ private:
+  std::size_t Slot(const CRegion* pRegion) const;
+  std::vector<CRegion*> m_regions;
+  std::vector<const CRegion*> m_keys;  // open addressing, linear probing
+  std::vector<int> m_values;
+  std::size_t m_mask = 0;
+};
+
+// Counts of flagged positions (a Fenwick tree).
+class PositionCounter {
+ public:
+  explicit PositionCounter(int n);
+  void Add(int i, int delta);
+  std::int64_t CountBelow(int i) const;  // flagged positions < i
+  int FindNth(std::int64_t n) const;     // position of the n-th flagged (1-based), or size
+  int Size() const { return m_n; }
+
+ private:
+  int m_n;
+  int m_top;  // highest power of two <= m_n
+  std::vector<std::int64_t> m_tree;
+};
+
+// Float values by position; finds the first position of the minimum of a
+// suffix, with the same tie rule as a strict-less scan (earliest wins).
+class LeftmostMinTree {
+ public:
+  explicit LeftmostMinTree(int n);
+  void Set(int i, float v);
+  float MinFrom(int p) const;               // +inf for an empty suffix
+  int FirstAtMost(int p, float bound) const;  // first i >= p with value <= bound, or -1
+
+ private:
+  int m_size;
+  std::vector<float> m_tree;
+};
