@@ -6,6 +6,16 @@
 #include "DibFormat.h"
 #include "RasterDC.h"
 
+namespace {
+
+// Source index of destination pixel k in a run of dest pixels mapped onto
+// src; 0 <= k < dest < 2^31, so (2k + 1) * src stays below 2^63.
+long long SourceIndex(long long k, int src, int dest) {
+  return (2 * k + 1) * src / (2LL * dest);
+}
+
+}  // namespace
+
 int CRasterDC::RenderDIB(int xDest, int yDest, int destWidth, int destHeight, int xSrc,
                          int ySrc, int srcWidth, int srcHeight, const void* lpBits,
                          const BITMAPINFO* lpbmi, bool bottomUpScanMapping) {
@@ -18,7 +28,7 @@ int CRasterDC::RenderDIB(int xDest, int yDest, int destWidth, int destHeight, in
   long long left = std::max<long long>(xDest, 0);
   long long right = std::min<long long>(static_cast<long long>(xDest) + destWidth, m_nWidth);
   for (long long y = top; y < bottom; y++) {
-    long long j = (2 * (y - yDest) + 1) * srcHeight / (2LL * destHeight);  // row in the rectangle
+    long long j = SourceIndex(y - yDest, srcHeight, destHeight);  // row in the rectangle
     long long storageRow;
     if (format.TopDown())
       storageRow = ySrc + j;
@@ -29,7 +39,7 @@ int CRasterDC::RenderDIB(int xDest, int yDest, int destWidth, int destHeight, in
     if (storageRow < 0 || storageRow >= format.Height()) continue;
     const BYTE* row = bits + static_cast<std::size_t>(storageRow) * format.Stride();
     for (long long x = left; x < right; x++) {
-      long long column = xSrc + (2 * (x - xDest) + 1) * srcWidth / (2LL * destWidth);
+      long long column = xSrc + SourceIndex(x - xDest, srcWidth, destWidth);
       if (column < 0 || column >= format.Width()) continue;
       SetPixel(static_cast<int>(x), static_cast<int>(y), format.Pixel(row, static_cast<int>(column)));
     }

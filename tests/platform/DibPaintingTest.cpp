@@ -1,6 +1,7 @@
 // DIB painting: GDI's source conventions for unscaled and stretched copies.
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstring>
 
 #include "RasterDC.h"
@@ -113,6 +114,12 @@ TEST(DibPainting, StretchSourceCountsFromTheTopAndClips) {
   StretchDIBits(&dc, -3, 2, 6, 2, 0, 0, 3, 1, Pixels(dib), Info(dib), DIB_RGB_COLORS, SRCCOPY);
   EXPECT_EQ(dc.GetPixel(0, 2), E);
   EXPECT_EQ(dc.GetPixel(1, 3), F);
+  // A destination reaching far beyond the surface: column 0 lies in the
+  // middle of the stretched source.
+  CRasterDC wide(2, 1);
+  StretchDIBits(&wide, -1073741824, 0, INT_MAX, 1, 0, 0, 3, 1, Pixels(dib), Info(dib),
+                DIB_RGB_COLORS, SRCCOPY);
+  EXPECT_EQ(wide.GetPixel(0, 0), E);
 }
 
 TEST(DibPainting, PaletteDibs) {
