@@ -79,6 +79,6 @@ void BM_NoiseReductionMegapixel(benchmark::State& state) {
   const BITMAPINFOHEADER* h = engine.GetBmpInfoHeader();
   state.counters["pixels"] = static_cast<double>(h->biWidth) * h->biHeight;
 }
-BENCHMARK(BM_NoiseReductionMegapixel)->Arg(1000)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(BM_NoiseReductionMegapixel)->Arg(3000)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 }  // namespace
