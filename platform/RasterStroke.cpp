@@ -132,7 +132,7 @@ BOOL CRasterDC::StrokeCosmetic(const std::vector<PathOp>& path, const CPen& pen,
 
 namespace {
 
-// A cairo A8 mask over a part of the surface; pixel (x, y) of the surface is
+// A cairo A8 mask over a window of the surface; pixel (x, y) of the surface is
 // mask pixel (x - left, y - top).
 class StrokeMask {
  public:
@@ -194,7 +194,7 @@ class StrokeMask {
 BOOL CRasterDC::StrokeWide(const std::vector<PathOp>& path, const CPen& pen, int nROP2,
                            int nBkMode, COLORREF crBk) {
   if (path.empty() || m_nWidth == 0) return TRUE;
-  // Only the part of the surface the pen can reach gets a mask.
+  // Only the window of the surface the pen can reach gets a mask.
   double minX = path[0].x, maxX = path[0].x, minY = path[0].y, maxY = path[0].y;
   for (const PathOp& op : path) {
     minX = std::min(minX, op.x);
