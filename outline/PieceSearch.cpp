@@ -30,6 +30,13 @@ CPieceIndex::CPieceIndex(const std::vector<COutlineVector*>& pieces) : m_pieces(
   for (size_t k = 0; k < m_chainCursor.size(); k++) m_chainCursor[k] = k;
 }
 
+int CPieceIndex::ScanNeighbor(int neighbor, const sPoint* start) const {
+  for (size_t k = 0; k < m_pieces.size(); k++)
+    if (m_pieces[k]->m_nNeighbor == neighbor && (!start || m_pieces[k]->m_ptStart == *start))
+      return static_cast<int>(k);
+  return -1;
+}
+
 bool CPieceIndex::Live(int index, int neighbor) const {
   return m_pieces[index]->m_nNeighbor == neighbor;
 }
@@ -61,6 +68,7 @@ bool CPieceIndex::RegionStartsAt(int region, sPoint pt) {
 }
 
 int CPieceIndex::FirstWithNeighbor(int neighbor) {
+  if (neighbor == -1) return ScanNeighbor(neighbor, nullptr);
   auto it = std::lower_bound(m_byNeighbor.begin(), m_byNeighbor.end(), neighbor,
                              [](const Entry& e, int r) { return e.key < r; });
   if (it == m_byNeighbor.end() || it->key != neighbor) return -1;
@@ -75,6 +83,12 @@ int CPieceIndex::FirstWithNeighbor(int neighbor) {
 
 void CPieceIndex::ClosedWithNeighbor(int neighbor, std::vector<int>& out) {
   out.clear();
+  if (neighbor == -1) {
+    for (size_t k = 0; k < m_pieces.size(); k++)
+      if (m_pieces[k]->m_nNeighbor == -1 && m_pieces[k]->m_ptStart == m_pieces[k]->m_ptEnd)
+        out.push_back(static_cast<int>(k));
+    return;
+  }
   auto it = std::lower_bound(m_byNeighbor.begin(), m_byNeighbor.end(), neighbor,
                              [](const Entry& e, int r) { return e.key < r; });
   for (; it != m_byNeighbor.end() && it->key == neighbor; ++it) {
@@ -84,6 +98,7 @@ void CPieceIndex::ClosedWithNeighbor(int neighbor, std::vector<int>& out) {
 }
 
 int CPieceIndex::NextInChain(int neighbor, sPoint pt) {
+  if (neighbor == -1) return ScanNeighbor(neighbor, &pt);
   Entry probe{neighbor, pt.x, pt.y, 0};
   auto keyStart = [](const Entry& a, const Entry& b) {
     return std::tie(a.key, a.x, a.y) < std::tie(b.key, b.x, b.y);

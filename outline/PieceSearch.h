@@ -33,7 +33,8 @@ class CPieceSearch {
 // Sorted indexes over the pieces' regions, neighbours and start vertices.
 // Regions and start vertices never change; neighbours only ever become -1,
 // so the first live entry of a group only moves forward and a cursor per
-// group skips the consumed ones for good.
+// group skips the consumed ones for good. The value -1 itself gains pieces
+// as they are consumed; searches for it scan the array.
 class CPieceIndex : public CPieceSearch {
  public:
   explicit CPieceIndex(const std::vector<COutlineVector*>& pieces);
@@ -51,6 +52,7 @@ class CPieceIndex : public CPieceSearch {
     int index;   // position in the piece array
   };
   bool Live(int index, int neighbor) const;
+  int ScanNeighbor(int neighbor, const sPoint* start) const;
 
   const std::vector<COutlineVector*>& m_pieces;
   std::vector<Entry> m_byRegion;      // (region, index)
