@@ -1,0 +1,85 @@
+// The block stage: edge map, seed regions, and merging under a slowly rising
+// scale with a size limit, ending with a saved copy of the regions.
+#include <cmath>
+#include <vector>
+
+#include "Pictrace.h"
+#include "segment/BlockScale.h"
+#include "segment/EdgeMap.h"
+#include "segment/GreedyMerge.h"
+#include "segment/RegionGraph.h"
+#include "segment/SafeConvert.h"
+
+int s_nBlockScale = 0;
+std::uint64_t s_nBlockSizeLimit = 8;
+
+namespace {
+const int kFirstScale = 5;
+const int kLastScale = 400;       // the stage never extends beyond this
+const double kScaleStep = 0.2;
+const int kRegionsToStop = 1000;  // more regions than this extend the stage
+const int kBlockedPerSide = 10;   // ... as do more size skips than this times the longer side
+}  // namespace
+
+std::uint64_t BlockSizeLimitAt(double s) {
+  double v = std::pow(2.0, s) * 16;
+  if (!(v < 18446744073709551616.0)) return 0;
+  return static_cast<std::uint64_t>(v);
+}
+
+int CPictrace::GetBlockRegions() {
+  if (!HasDIBData() || !m_pWorkBits) return 0;
+  const int w = m_bmiHeader.biWidth, h = m_bmiHeader.biHeight;
+  if (w <= 0 || h <= 0 || w > 32767 || h > 32767) return 0;
+
+  while (!m_listWorkBuffers.empty()) {
+    delete[] m_listWorkBuffers.front();
+    m_listWorkBuffers.pop_front();
+  }
+
+  // Sample planes (blue only for a grey picture), kept in the work buffers.
+  const size_t n = static_cast<size_t>(w) * h;
+  const size_t stride = m_bmiHeader.biSizeImage / static_cast<DWORD>(h);
+  const int planes = IsGrayValued() ? 1 : 3;
+  for (int c = 0; c < planes; c++) {
+    double* plane = new double[n];
+    for (int y = 0; y < h; y++) {
+      const unsigned char* row = m_pWorkBits + static_cast<size_t>(y) * stride;
+      for (int x = 0; x < w; x++) plane[static_cast<size_t>(y) * w + x] = row[3 * x + c];
+    }
+    m_listWorkBuffers.push_back(plane);
+  }
+  double* edge = new double[n]();
+  for (double* plane : m_listWorkBuffers) AccumulateEdgeMap(plane, w, h, edge);
+  SetupGraph(m_pWorkBits, edge);
+  delete[] edge;
+
+  s_nBlockScale = kFirstScale;
+  long long count0 = 0;
+  for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) count0++;
+  long long count = count0;
+  double step = kScaleStep, s = 1.0;
+  const float stageWeight = PT_WEIGHT_BLOCK / m_fProgressTotal * 100;
+  while (s <= s_nBlockScale && s_nBlockScale < kLastScale) {
+    ShowProgress(TruncProgress(m_fProgressPos + stageWeight * (1.0 - static_cast<double>(count) / count0)));
+    const double d = s * s * std::sqrt(s);
+    s_nBlockSizeLimit = BlockSizeLimitAt(s);
+    RemovingDecrease(d);
+    GreedyCounts done = MergeFirstFitIndexed(m_pRegionHead, static_cast<DWORD>(s_nBlockSizeLimit), [&](CRegion* a) {
+      CombineRegion(a);
+      a->m_fDecrease = 0.0f;
+      UpdateRemovingDecrease(a, d);
+    });
+    count -= static_cast<long long>(done.merges);
+    if (std::fabs(s - s_nBlockScale) < 0.6) {
+      const long long longer = w >= h ? w : h;
+      if (done.blocked > static_cast<std::uint64_t>(kBlockedPerSide * longer) || count > kRegionsToStop) {
+        step = kScaleStep;
+        s_nBlockScale += 1;
+      }
+    }
+    s += step;
+  }
+  CopyBlockRegions(1);
+  return 1;
+}

@@ -1,0 +1,74 @@
+// The pyramid stage: block regions (computed or restored), merging under a
+// rising scale without size limit, and the repaint with region means.
+#include <cmath>
+
+#include "Pictrace.h"
+#include "segment/BlockScale.h"
+#include "segment/GreedyMerge.h"
+#include "segment/RegionGraph.h"
+#include "segment/SafeConvert.h"
+
+namespace {
+
+const double kPyramidStep = 0.03;
+const int kThresholdOffset = 20;  // the scale runs up to the threshold minus this
+
+// Saved block regions fit the picture when they cover exactly its pixels;
+// a snapshot of another picture's size must not be painted into this one.
+bool SnapshotFits(const CRegionSnapshot* s, int w, int h) {
+  std::uint64_t total = 0;
+  for (; s; s = s->m_pNext) {
+    total += s->m_nSize;
+    for (DWORD i = 0; i < s->m_nSize; i++) {
+      short x = s->m_pPixels[2 * i], y = s->m_pPixels[2 * i + 1];
+      if (x < 0 || x >= w || y < 0 || y >= h) return false;
+    }
+  }
+  return total == static_cast<std::uint64_t>(w) * static_cast<std::uint64_t>(h);
+}
+
+}  // namespace
+
+void CPictrace::PyramidAlgo() {
+  if (!HasDIBData() || !m_pWorkBits) return;
+  const int w = m_bmiHeader.biWidth, h = m_bmiHeader.biHeight;
+  if (m_pBlockRegions && !SnapshotFits(m_pBlockRegions, w, h)) ClearStoredRegions();
+  if (m_pBlockRegions)
+    CopyBlockRegions(0);
+  else if (!GetBlockRegions())
+    return;
+
+  m_fProgressPos += PT_WEIGHT_BLOCK / m_fProgressTotal * 100;
+  ShowProgress(TruncProgress(m_fProgressPos + static_cast<double>(0.1f)));
+
+  // With the default threshold of 10 this loop does not run: only low
+  // sensitivities, whose threshold minus 20 reaches the block scale, merge
+  // further.
+  const float stageWeight = PT_WEIGHT_PYRAMID / m_fProgressTotal * 100;
+  for (double t = s_nBlockScale; t <= m_nSegmentThreshold - kThresholdOffset; t += kPyramidStep) {
+    ShowProgress(TruncProgress(m_fProgressPos + stageWeight * t / m_nSegmentThreshold));
+    const double d = t * t * std::sqrt(t);
+    RemovingDecrease(d);
+    MergeGlobalMinIndexed(m_pRegionHead, [&](CRegion* a) {
+      CombineRegion(a);
+      a->m_fDecrease = 0.0f;
+      UpdateRemovingDecrease(a, d);
+    });
+  }
+
+  // Every pixel takes its region's mean, truncated.
+  const size_t stride = (static_cast<size_t>(w) * 3 + 3) / 4 * 4;
+  for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
+    const int b = TruncLowByte(r->m_fBlue), g = TruncLowByte(r->m_fGreen), red = TruncLowByte(r->m_fRed);
+    for (RegionPixel* p = r->m_pPixelHead; p; p = p->m_pNext) {
+      if (p->x < 0 || p->x >= w || p->y < 0 || p->y >= h) continue;  // not of this picture
+      unsigned char* px = m_pWorkBits + static_cast<size_t>(p->y) * stride + 3 * static_cast<size_t>(p->x);
+      px[0] = static_cast<unsigned char>(b);
+      px[1] = static_cast<unsigned char>(g);
+      px[2] = static_cast<unsigned char>(red);
+    }
+  }
+
+  m_fProgressPos += PT_WEIGHT_PYRAMID / m_fProgressTotal * 100;
+  ShowProgress(TruncProgress(m_fProgressPos + static_cast<double>(0.1f)));
+}
