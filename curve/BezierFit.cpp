@@ -22,8 +22,12 @@ const double kRawPolygonTolerance = 1.0;
 const double kRawMinSagitta = 1.5;
 // Tangents of raw outlines are taken over four steps on each side.
 const int kRawWindow = 4;
-// Raw outlines guide the fit by a smoothing over two points on each side.
-const int kSmoothHalf = 2;
+// Raw outlines guide the fit by a smoothing over eight points on each side.
+const int kSmoothHalf = 8;
+// Tangent windows at the cuts of a closed chain grow to an eighth of the
+// shorter half, up to eight times the base window.
+const int kWindowDivisor = 8;
+const int kWindowGrowth = 8;
 // Vertex chains are sampled along their edges at a quarter of the tolerance,
 // and tangents are taken over four tolerances of path.
 const double kSampleFraction = 0.25;
@@ -138,12 +142,28 @@ void FitSmoothLoop(const Prepared& prep, std::vector<Piece>& out) {
       far = i;
     }
   }
-  // The tangent at point 0 looks across the closing point on a doubled ring.
+  // Tangent windows grow with the halves as they do at splits. The tangent
+  // at point 0 looks across the closing point.
+  int w = std::min(std::min(std::max(prep.window, std::min(far, n - far) / kWindowDivisor),
+                            prep.window * kWindowGrowth),
+                   (n - 1) / 2);
   std::vector<Vec2> around;
-  int w = std::min(prep.window, (n - 1) / 2);
   for (int k = -w; k <= w; k++) around.push_back(pts[((k % n) + n) % n]);
   Vec2 t0 = curve::CentreTangent(around.data(), 0, 2 * w, w, w);
-  Vec2 tf = curve::CentreTangent(ringGuide.data(), 0, n, far, prep.window);
+  Vec2 tf = curve::CentreTangent(ringGuide.data(), 0, n, far, w);
+  // Tune the tangent at the far cut, then the one at the closing point, for
+  // the best single cubic on each half.
+  auto first = [&](Vec2 start, Vec2 middle) {
+    return curve::RunError(ring.data(), ringGuide.data(), far + 1, start, middle * -1.0, prep.tolerance);
+  };
+  auto second = [&](Vec2 start, Vec2 middle) {
+    return curve::RunError(ring.data() + far, ringGuide.data() + far, n - far + 1, middle,
+                           start * -1.0, prep.tolerance);
+  };
+  tf = curve::TuneTangent({[&](Vec2 t) { return first(t0, t); }, [&](Vec2 t) { return second(t0, t); }},
+                          tf, prep.tolerance);
+  t0 = curve::TuneTangent({[&](Vec2 t) { return first(t, tf); }, [&](Vec2 t) { return second(t, tf); }},
+                          t0, prep.tolerance);
   std::vector<Cubic> cubics;
   curve::FitRun(ring.data(), ringGuide.data(), far + 1, t0, tf * -1.0, prep.tolerance, prep.window,
                 cubics);

@@ -10,29 +10,32 @@ namespace curve {
 
 namespace {
 
-// Two passes of a box average make a triangular weighting, which removes the
-// period-two teeth of diagonal staircases and most of the longer ones.
-const int kPasses = 2;
-
-std::vector<Vec2> BoxPass(const std::vector<Vec2>& in, bool closed, int half) {
+// Savitzky-Golay smoothing of degree two over 2h + 1 points: the weights of
+// the least-squares parabola's value at the middle. Unlike a plain average
+// it leaves arcs where they are (no shrinking towards the centre of a
+// curve) while the staircase teeth average out.
+Vec2 QuadraticSmooth(const std::vector<Vec2>& in, bool closed, int i, int h) {
   const int n = static_cast<int>(in.size());
-  std::vector<Vec2> out(in);
-  for (int i = 0; i < n; i++) {
-    int h = closed ? std::min(half, (n - 1) / 2) : std::min(half, std::min(i, n - 1 - i));
-    if (h <= 0) continue;
-    Vec2 sum;
-    for (int k = -h; k <= h; k++) sum = sum + in[closed ? ((i + k) % n + n) % n : i + k];
-    out[i] = sum * (1.0 / (2 * h + 1));
+  double norm = (2.0 * h + 1.0) * (4.0 * h * h + 4.0 * h - 3.0);
+  double base = 3.0 * (3.0 * h * h + 3.0 * h - 1.0);
+  Vec2 sum;
+  for (int k = -h; k <= h; k++) {
+    double w = (base - 15.0 * k * k) / norm;
+    sum = sum + in[closed ? ((i + k) % n + n) % n : i + k] * w;
   }
-  return out;
+  return sum;
 }
 
 }  // namespace
 
 std::vector<Vec2> SmoothRun(const std::vector<Vec2>& pts, bool bClosed, int nHalf, double dMaxShift) {
+  const int n = static_cast<int>(pts.size());
   std::vector<Vec2> s = pts;
-  for (int pass = 0; pass < kPasses; pass++) s = BoxPass(s, bClosed, nHalf);
-  for (size_t i = 0; i < s.size(); i++) {
+  for (int i = 0; i < n; i++) {
+    // A parabola through three points is exact, so windows of one point on
+    // each side would change nothing.
+    int h = bClosed ? std::min(nHalf, (n - 1) / 2) : std::min(nHalf, std::min(i, n - 1 - i));
+    if (h >= 2) s[i] = QuadraticSmooth(pts, bClosed, i, h);
     double shift = Distance(s[i], pts[i]);
     if (shift > dMaxShift) s[i] = pts[i] + (s[i] - pts[i]) * (dMaxShift / shift);
   }

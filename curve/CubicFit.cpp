@@ -12,6 +12,17 @@ namespace curve {
 namespace {
 
 const int kReparamRounds = 6;
+// The tangent window at a split grows to this fraction of the shorter side,
+// up to this multiple of the base window.
+const int kWindowDivisor = 8;
+const int kWindowGrowth = 8;
+// Tangent tuning turns the estimate by up to atan(0.35), about 19 degrees,
+// in at most this many golden-section probes.
+const double kTuneRange = 0.35;
+const int kTuneProbes = 14;
+// Tuning is tried only where the sides miss the tolerance by this factor or
+// less.
+const double kTuneReach = 1.5;
 
 struct RunFit {
   Cubic cubic;
@@ -117,6 +128,68 @@ bool FitOne(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double 
 
 }  // namespace
 
+double RunError(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double dTolerance) {
+  if (n < 2) return 0.0;
+  std::vector<double> u;
+  RunFit fit;
+  FitOne(pts, guide, n, t1, t2, dTolerance * dTolerance, u, fit);
+  return std::sqrt(fit.maxErr2);
+}
+
+Vec2 TuneTangent(const std::vector<std::function<double(Vec2)>>& sides, Vec2 estimate,
+                 double dTolerance) {
+  // Sides far from fitting will be split again anyway; turning the tangent
+  // for them would spoil the sides that nearly fit, so only those count.
+  std::vector<const std::function<double(Vec2)>*> counted;
+  bool allFit = true;
+  for (const auto& side : sides) {
+    double e = side(estimate);
+    if (e > dTolerance) allFit = false;
+    if (e <= kTuneReach * dTolerance) counted.push_back(&side);
+  }
+  if (allFit || counted.empty()) return estimate;
+  auto error = [&](Vec2 t) {
+    double worst = 0.0;
+    for (const auto* side : counted) worst = std::max(worst, (*side)(t));
+    return worst;
+  };
+  double best = error(estimate);
+  Vec2 normal{-estimate.y, estimate.x};
+  auto turned = [&](double s) { return Normalized(estimate + normal * s); };
+  Vec2 bestT = estimate;
+  // Golden-section search over the turn; every probe is remembered, and the
+  // search stops as soon as a probe fits.
+  const double g = 0.6180339887498949;
+  double lo = -kTuneRange, hi = kTuneRange;
+  double x1 = hi - g * (hi - lo), x2 = lo + g * (hi - lo);
+  double e1 = error(turned(x1)), e2 = error(turned(x2));
+  for (int it = 0;; it++) {
+    if (e1 < best) {
+      best = e1;
+      bestT = turned(x1);
+    }
+    if (e2 < best) {
+      best = e2;
+      bestT = turned(x2);
+    }
+    if (best <= dTolerance || it == kTuneProbes) break;
+    if (e1 <= e2) {
+      hi = x2;
+      x2 = x1;
+      e2 = e1;
+      x1 = hi - g * (hi - lo);
+      e1 = error(turned(x1));
+    } else {
+      lo = x1;
+      x1 = x2;
+      e1 = e2;
+      x2 = lo + g * (hi - lo);
+      e2 = error(turned(x2));
+    }
+  }
+  return bestT;
+}
+
 void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double dTolerance,
             int nWindow, std::vector<Cubic>& out) {
   if (n < 2) return;
@@ -139,8 +212,25 @@ void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double 
       out.push_back(fit.cubic);
       continue;
     }
-    int split = task.first + std::min(std::max(fit.worst, 1), len - 2);
-    Vec2 t = CentreTangent(guide, task.first, task.last, split, nWindow);
+    // A run that misses by far is halved: the worst point of a poor single
+    // cubic often sits near an end, and cutting there leaves most of the
+    // run as poor as before. A near miss is split at its worst point.
+    int cut = fit.maxErr2 > kTuneReach * kTuneReach * tol2 ? len / 2 : fit.worst;
+    int split = task.first + std::min(std::max(cut, 1), len - 2);
+    // Long runs on both sides of the split call for a steadier tangent: the
+    // window grows with them (a symmetric window stays exact on arcs). The
+    // estimate is then tuned so that both sides fit as well as they can.
+    int side = std::min(split - task.first, task.last - split);
+    int window = std::min(std::max(nWindow, side / kWindowDivisor), nWindow * kWindowGrowth);
+    Vec2 estimate = CentreTangent(guide, task.first, task.last, split, window);
+    auto left = [&](Vec2 t) {
+      return RunError(pts + task.first, guide + task.first, split - task.first + 1, task.t1, t * -1.0,
+                      dTolerance);
+    };
+    auto right = [&](Vec2 t) {
+      return RunError(pts + split, guide + split, task.last - split + 1, t, task.t2, dTolerance);
+    };
+    Vec2 t = TuneTangent({left, right}, estimate, dTolerance);
     tasks.push_back({split, task.last, t, task.t2});
     tasks.push_back({task.first, split, task.t1, t * -1.0});
   }

@@ -3,6 +3,7 @@
 // least-squares fit of one run of points between two fixed ends.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "curve/BezierMath.h"
@@ -31,16 +32,26 @@ Vec2 CentreTangent(const Vec2* pts, int nFirst, int nLast, int i, int nWindow);
 Vec2 StartTangent(const Vec2* pts, int n, int nWindow);
 Vec2 EndTangent(const Vec2* pts, int n, int nWindow);
 
-// The run smoothed for guiding the fit: each point is averaged with its
-// neighbours over a window that shrinks towards the run's ends, so that the
-// ends stay where they are (closed runs wrap round instead). A point never
-// moves farther than dMaxShift. Staircase teeth average out to the outline
-// they approximate.
+// The run smoothed for guiding the fit: each point moves to the value of a
+// least-squares parabola through up to nHalf neighbours on each side, over
+// a window that shrinks towards the run's ends so that the ends stay where
+// they are (closed runs wrap round instead). A point never moves farther
+// than dMaxShift. Staircase teeth average out to the outline they follow.
 std::vector<Vec2> SmoothRun(const std::vector<Vec2>& pts, bool bClosed, int nHalf, double dMaxShift);
 
 // True when every point of the run lies within dTolerance of the chord from
 // its first to its last point.
 bool RunIsStraight(const Vec2* pts, int n, double dTolerance);
+
+// Largest distance of the run's points from the single cubic fitted to it
+// with the given end tangents (see FitRun); 0 for fewer than three points.
+double RunError(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double dTolerance);
+
+// Turns the unit tangent estimate within about 19 degrees to minimise the
+// largest error of the sides (each side's error for a tangent t) that come
+// near the tolerance with the estimate; returns as soon as they all fit.
+Vec2 TuneTangent(const std::vector<std::function<double(Vec2)>>& sides, Vec2 estimate,
+                 double dTolerance);
 
 // Fits the run pts[0 .. n-1] (n >= 2) with cubics that keep every point
 // within dTolerance (measured at its parameter, which is never less than its

@@ -51,14 +51,15 @@ struct Lcg {
 TEST(RawOutlineFit, DiscOfRadius50IsFewSmoothSegmentsWithinTolerance) {
   std::vector<int> chain = DiscOutline(50.0, 60);
   std::vector<Seg> segs = Fit(chain, 0, 1.0);
-  EXPECT_LE(segs.size(), 8u);
+  // A cubic follows a quarter circle to within 0.03 % of its radius.
+  EXPECT_LE(segs.size(), 4u);
   EXPECT_LE(MaxChainDistance(segs, chain), 1.0 + kEps);
   EXPECT_EQ(CornerCount(segs), 0);
   ExpectClosedAndSmoothJoins(segs);
 }
 
 TEST(RawOutlineFit, DiscsOfManySizesStayWithinToleranceAndRound) {
-  for (double r : {3.0, 4.5, 6.0, 8.0, 12.5, 20.0, 33.3, 75.0, 120.0}) {
+  for (double r : {3.0, 4.5, 6.0, 8.0, 12.5, 20.0, 33.3, 75.0, 120.0, 180.0}) {
     SCOPED_TRACE(r);
     std::vector<int> chain = DiscOutline(r, static_cast<int>(r) + 4);
     std::vector<Seg> segs = Fit(chain, 0, 1.0);
@@ -66,7 +67,7 @@ TEST(RawOutlineFit, DiscsOfManySizesStayWithinToleranceAndRound) {
     if (r >= 6.0) {
       EXPECT_EQ(CornerCount(segs), 0);
     }
-    EXPECT_LE(segs.size(), 12u);
+    EXPECT_LE(segs.size(), 6u);
     ExpectClosedAndSmoothJoins(segs);
   }
 }
