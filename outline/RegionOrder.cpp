@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "outline/ExchangeSort.h"
 #include "outline/OutlineRecords.h"
 
 int CPictrace::SortRegionSeq(std::list<COutlineRegion*>& listRegions) {
@@ -28,12 +29,9 @@ int CPictrace::SortRegionSeq(std::list<COutlineRegion*>& listRegions) {
 
   // The exchange sort fixes the order of equal areas; another sort would
   // order them differently.
-  const size_t n = regions.size();
-  for (size_t i = 0; i + 1 < n; i++)
-    for (size_t j = i + 1; j < n; j++)
-      if (regions[i]->m_nArea < regions[j]->m_nArea) std::swap(regions[i], regions[j]);
-
-  for (COutlineRegion* r : regions) listRegions.push_back(r);
+  std::vector<int> areas(regions.size());
+  for (size_t k = 0; k < regions.size(); k++) areas[k] = regions[k]->m_nArea;
+  for (int k : outline::ExchangeSortOrder(areas)) listRegions.push_back(regions[k]);
   return 1;
 }
 

@@ -6,6 +6,7 @@
 #include "outline/ComponentList.h"
 #include "outline/CrossingRepair.h"
 #include "outline/DiscFit.h"
+#include "outline/ExchangeSort.h"
 #include "outline/FlatImages.h"
 #include "outline/LiteralReference.h"
 #include "outline/OutlineTestEngine.h"
@@ -35,6 +36,20 @@ TEST(FastPath, CrossingRepairMatchesTheRestartFromTheFirstPixel) {
     totalRepairs += fast;
   }
   EXPECT_GT(totalRepairs, 1000);  // the pictures do exercise the repair
+}
+
+TEST(FastPath, ExchangeSortMatchesTheComparisonOfEveryPair) {
+  for (int seed = 1; seed <= 300; seed++) {
+    flat::Rng rng(seed);
+    std::vector<int> keys(rng.Below(300));
+    int range = 1 + rng.Below(seed % 3 == 0 ? 1000 : 6);  // many ties
+    for (int& k : keys) k = rng.Below(range);
+    if (seed % 10 == 0)  // long ascending run: many swaps per step
+      for (size_t k = 0; k < keys.size(); k++) keys[k] = static_cast<int>(k / 3);
+    ASSERT_EQ(outline::ExchangeSortOrder(keys), literal::ExchangeSortOrder(keys)) << "seed " << seed;
+  }
+  // Hand-checked: [5a 5b 7] -> 7 first (swapped with 5a), then 5b before 5a.
+  EXPECT_EQ(outline::ExchangeSortOrder({5, 5, 7}), (std::vector<int>{2, 1, 0}));
 }
 
 COutlineVector* Keyed(flat::Rng& rng) {

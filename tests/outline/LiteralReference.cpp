@@ -1,6 +1,7 @@
 #include "outline/LiteralReference.h"
 
 #include <cstring>
+#include <utility>
 
 #include "outline/CrossingRepair.h"
 
@@ -27,6 +28,18 @@ int RepairCrossings(int* L, int W, int H, unsigned char* bits, int stride) {
     if (!done) return repairs;
     repairs++;
   }
+}
+
+std::vector<int> ExchangeSortOrder(const std::vector<int>& keysIn) {
+  std::vector<int> keys = keysIn, order(keys.size());
+  for (size_t k = 0; k < order.size(); k++) order[k] = static_cast<int>(k);
+  for (size_t i = 0; i + 1 < keys.size(); i++)
+    for (size_t j = i + 1; j < keys.size(); j++)
+      if (keys[i] < keys[j]) {
+        std::swap(keys[i], keys[j]);
+        std::swap(order[i], order[j]);
+      }
+  return order;
 }
 
 std::vector<int> ClassifyPieces(const std::vector<COutlineVector*>& p) {

@@ -12,6 +12,9 @@ namespace literal {
 // Crossing repair that scans again from the first pixel after every repair.
 int RepairCrossings(int* labels, int width, int height, unsigned char* bits, int stride);
 
+// The exchange sort comparing every pair; returns the final positions.
+std::vector<int> ExchangeSortOrder(const std::vector<int>& keys);
+
 // Piece statuses by comparing every pair i < j.
 std::vector<int> ClassifyPieces(const std::vector<COutlineVector*>& pieces);
 
