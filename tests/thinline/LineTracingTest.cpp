@@ -191,3 +191,38 @@ TEST(DoTraceThinningLine, IdsRunOverColoursAndLinksStayWithinOne) {
   EXPECT_EQ(2, lines[3]->m_nParent);
   EXPECT_EQ(kRed, lines[3]->m_crColor);
 }
+
+TEST(TraceLine, BranchAfterADroppedOneHangsFromItsOwnId) {
+  // Into the junction (8,8) from the north-west; out to the north-east (one
+  // pixel: too short), south-west and south-east.
+  std::vector<std::string> rows = {
+      ".............", ".............", ".............", ".............",
+      "....#........", ".....#.......", "......#......", ".......#.#...",
+      "........#....", ".......#.#...", "......#...#..", ".....#.....#.",
+      "....#.......#", "............."};
+  Tracing t(rows, 1);
+  CArray<short*, short*> points;
+  CArray<int, int> counts, ids, parents, flags;
+  int counter = 0;
+  EXPECT_EQ(1, t.engine.TraceLine(t.mask.data(), t.dib.data() + 40, 4, 4, kBlack, 64, points,
+                                  counts, ids, counter, parents, -1, flags, 1, 3.5, 0, 0, 0));
+  ASSERT_EQ(3, ids.GetSize());
+  EXPECT_EQ(0, ids[0]);
+  EXPECT_EQ(1, ids[1]);
+  EXPECT_EQ(2, ids[2]);
+  EXPECT_EQ(-1, parents[0]);
+  EXPECT_EQ(1, parents[1]);  // the dropped branch's id, which is its own
+  EXPECT_EQ(1, parents[2]);
+  EXPECT_EQ(1, flags[1]);
+  EXPECT_EQ(1, flags[2]);
+  EXPECT_EQ(2, counter);
+  EXPECT_EQ(5, counts[0]);
+  EXPECT_EQ(5, counts[1]);
+  EXPECT_EQ(8, points[1][0]);  // both branches begin at the junction
+  EXPECT_EQ(8, points[1][1]);
+  EXPECT_EQ(7, points[1][2]);  // then south-west
+  EXPECT_EQ(9, points[1][3]);
+  EXPECT_EQ(9, points[2][2]);  // and south-east
+  EXPECT_EQ(0, t.mask[7 * 13 + 9]);  // the dropped pixel stays cleared
+  for (INT_PTR i = 0; i < points.GetSize(); i++) delete[] points[i];
+}
