@@ -9,6 +9,7 @@
 #include "outline/ExchangeSort.h"
 #include "outline/FlatImages.h"
 #include "outline/LiteralReference.h"
+#include "outline/OutlineHitTest.h"
 #include "outline/OutlineTestEngine.h"
 #include "outline/PiecePairs.h"
 #include "outline/PieceSearch.h"
@@ -118,6 +119,22 @@ TEST(FastPath, PieceIndexAnswersAsTheLinearScan) {
       if (rng.Below(8) == 0) p[rng.Below(static_cast<int>(p.size()))]->m_nNeighbor = -1;
     }
     for (auto* v : p) delete v;
+  }
+}
+
+TEST(FastPath, PrebuiltHitTestAnswersAsIsPointInOutline) {
+  OutlineEngine e;
+  for (int seed = 1; seed <= 50; seed++) {
+    flat::Rng rng(seed);
+    std::vector<sPoint> poly(3 + rng.Below(12));
+    for (sPoint& p : poly) p = Pt(rng.Below(12), rng.Below(12));
+    outline::COutlineHitTest test(poly.data(), static_cast<int>(poly.size()));
+    for (int y = -1; y <= 12; y++)
+      for (int x = -1; x <= 12; x++) {
+        sPoint p = Pt(x, y);
+        ASSERT_EQ(test.Contains(p) ? 1 : 0,
+                  e.IsPointInOutline(p, poly.data(), static_cast<int>(poly.size())));
+      }
   }
 }
 

@@ -94,6 +94,19 @@ TEST(Tiling, RandomFlatPictures) {
   EXPECT_EQ(total.gaps + total.overlaps, 0);
 }
 
+TEST(Tiling, TinyPictures) {
+  // One-pixel rows and columns: no crossing repair, frame everywhere.
+  flat::Rng rng(3);
+  for (int w = 1; w <= 4; w++)
+    for (int h = 1; h <= 4; h++) {
+      OutlineEngine e;
+      e.Load(w, h, [&](int, int) { return rng.Below(2) ? RGB(0, 0, 0) : RGB(255, 255, 255); });
+      Tally c = TraceAndCount(e, 0.0);
+      EXPECT_EQ(c.gaps + c.overlaps, 0) << w << " x " << h;
+      EXPECT_FALSE(e.m_listOutlineRegions.empty());
+    }
+}
+
 // The bundled pictures, snapped to eight flat colours. The counts are
 // printed for the record. Pieces along the frame have no twin, so from a
 // tolerance of about 0.7 a chord may cut a picture corner (a gap), and pieces
