@@ -24,6 +24,7 @@ void ExpectRefused(const TempDir& dir, const std::string& path, const std::strin
     }
     clitest::RunResult r = RunPictrace(dir, args);
     EXPECT_GT(r.exitCode, 0) << command << " " << path;
+    EXPECT_FALSE(clitest::SanitizerReported(r)) << r.err;
     EXPECT_NE(r.err.find(path), std::string::npos) << command << ": " << r.err;
     EXPECT_NE(r.err.find(reason), std::string::npos) << command << ": " << r.err;
   }
@@ -130,6 +131,7 @@ TEST(CliErrorsTest, EngineRefusalOfSixteenBitPicturesIsReported) {
   std::string path = dir.Write("sixteen.bmp", bmp);
   clitest::RunResult r = RunPictrace(dir, {"info", path});
   EXPECT_GT(r.exitCode, 0);
+  EXPECT_FALSE(clitest::SanitizerReported(r)) << r.err;
   EXPECT_NE(r.err.find("This type of bitmap is not supported"), std::string::npos) << r.err;
   EXPECT_NE(r.err.find(path), std::string::npos) << r.err;
 }

@@ -67,4 +67,10 @@ inline RunResult RunPictrace(const TempDir& dir, const std::vector<std::string>&
   return r;
 }
 
+// True when a sanitizer build of the program reported a fault (its exit
+// code alone would pass for an ordinary refusal).
+inline bool SanitizerReported(const RunResult& r) {
+  return r.err.find("Sanitizer") != std::string::npos || r.err.find("runtime error") != std::string::npos;
+}
+
 }  // namespace clitest
