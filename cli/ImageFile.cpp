@@ -4,6 +4,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <new>
 
 #include "cli/ImageFormats.h"
 #include "cli/ImageLimits.h"
@@ -71,16 +72,21 @@ bool LoadImageBytes(const unsigned char* data, size_t size, const std::string& n
   dib.clear();
   std::string reason;
   bool ok = false;
-  if (size == 0) {
-    reason = "the file is empty";
-  } else if (HasPrefix(data, size, "\x89PNG\r\n\x1a\n", 8)) {
-    ok = io::ReadPng(data, size, dib, reason);
-  } else if (HasPrefix(data, size, "\xFF\xD8", 2)) {
-    ok = io::ReadJpeg(data, size, dib, reason);
-  } else if (HasPrefix(data, size, "BM", 2)) {
-    ok = io::ReadBmp(data, size, dib, reason);
-  } else {
-    reason = "not a PNG, JPEG or BMP picture";
+  try {
+    if (size == 0) {
+      reason = "the file is empty";
+    } else if (HasPrefix(data, size, "\x89PNG\r\n\x1a\n", 8)) {
+      ok = io::ReadPng(data, size, dib, reason);
+    } else if (HasPrefix(data, size, "\xFF\xD8", 2)) {
+      ok = io::ReadJpeg(data, size, dib, reason);
+    } else if (HasPrefix(data, size, "BM", 2)) {
+      ok = io::ReadBmp(data, size, dib, reason);
+    } else {
+      reason = "not a PNG, JPEG or BMP picture";
+    }
+  } catch (const std::bad_alloc&) {
+    ok = false;
+    reason = "not enough memory to hold the picture";
   }
   if (!ok) {
     dib.clear();

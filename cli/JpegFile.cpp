@@ -93,7 +93,13 @@ bool ReadJpeg(const unsigned char* data, size_t size, std::vector<unsigned char>
   err.pub.emit_message = OnMessage;
   jpeg_create_decompress(&cinfo);
   std::vector<unsigned char> row;
-  bool ok = Decode(cinfo, err, data, size, dib, row, reason);
+  bool ok = false;
+  try {
+    ok = Decode(cinfo, err, data, size, dib, row, reason);
+  } catch (...) {
+    jpeg_destroy_decompress(&cinfo);  // libjpeg's pools are not freed by unwinding
+    throw;
+  }
   jpeg_destroy_decompress(&cinfo);
   return ok;
 }

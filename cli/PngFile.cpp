@@ -24,7 +24,13 @@ bool ReadPng(const unsigned char* data, size_t size, std::vector<unsigned char>&
     return false;
   }
   image.format = PNG_FORMAT_BGR;
-  size_t stride = MakeDib24(static_cast<long>(image.width), static_cast<long>(image.height), dib);
+  size_t stride = 0;
+  try {
+    stride = MakeDib24(static_cast<long>(image.width), static_cast<long>(image.height), dib);
+  } catch (...) {
+    png_image_free(&image);  // the reader's state is not freed by unwinding
+    throw;
+  }
   // Transparent pixels show the white of the fabric-less page.
   png_color background{255, 255, 255};
   // A negative row stride asks libpng for bottom-up rows.
