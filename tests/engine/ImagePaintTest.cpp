@@ -90,6 +90,22 @@ TEST(ImagePaintTest, PaintsTheTemplateOrTheSavedCopy) {
   EXPECT_EQ(original.GetPixel(0, 1), Quadrants(0, 0));
 }
 
+TEST(ImagePaintTest, SavedCopyOfALargerImageIsReadWithinItsOwnRows) {
+  // The source rectangle comes from the current image (2 x 2) while the
+  // saved copy is 4 x 4: the lower-left 2 x 2 of the copy is shown.
+  CPictrace engine;
+  auto big = testimg::MakeDib24(4, 4, [](int x, int row) { return RGB(x * 50, row * 50, 1); });
+  ASSERT_EQ(engine.SetDIBData(big.data()), 1);
+  engine.CopyBMPData_DataToOriginal();
+  auto small = testimg::MakeDib24(2, 2, Quadrants);
+  ASSERT_EQ(engine.SetDIBData(small.data()), 1);
+  CRasterDC dc(2, 2);
+  RECT dest{0, 0, 2, 2};
+  EXPECT_NE(engine.DrawDIB(&dc, &dest, TRUE), 0);
+  for (int y = 0; y < 2; y++)
+    for (int x = 0; x < 2; x++) EXPECT_EQ(dc.GetPixel(x, y), RGB(x * 50, (1 - y) * 50, 1)) << x << "," << y;
+}
+
 TEST(ImagePaintTest, NothingIsPaintedWithoutAnImage) {
   CPictrace engine;
   CRasterDC dc(2, 2);
