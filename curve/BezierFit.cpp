@@ -16,10 +16,11 @@ using curve::Cubic;
 using curve::Vec2;
 
 // A raw outline's corners are found on a polygon that follows the staircase
-// within one pixel; a corner must stand out from that polygon's chord by at
-// least 1.5 pixels, which rounds the blunt bends of small discs.
-const double kRawPolygonTolerance = 1.0;
-const double kRawMinSagitta = 1.5;
+// within 1.5 pixels (loose enough to pass over the irregular steps of
+// anti-aliased edges); a corner must stand out from that polygon's chord by
+// at least 2.25 pixels, which rounds the blunt bends of small discs.
+const double kRawPolygonTolerance = 1.5;
+const double kRawMinSagitta = 2.25;
 // Tangents of raw outlines are taken over four steps on each side.
 const int kRawWindow = 4;
 // Raw outlines guide the fit by a smoothing over eight points on each side.
@@ -118,6 +119,13 @@ void FitFreeRun(const Vec2* pts, int n, const Prepared& prep, std::vector<Piece>
     if (prep.smooth) guide = curve::SmoothRun(guide, false, kSmoothHalf, prep.tolerance * 0.5);
     Vec2 t1 = curve::StartTangent(guide.data(), n, prep.window);
     Vec2 t2 = curve::EndTangent(guide.data(), n, prep.window);
+    // One-sided estimates are the weakest; when the run nearly fits one
+    // cubic, tune them for it.
+    auto whole = [&](Vec2 a, Vec2 b) {
+      return curve::RunError(pts, guide.data(), n, a, b, prep.tolerance);
+    };
+    t1 = curve::TuneTangent({[&](Vec2 t) { return whole(t, t2); }}, t1, prep.tolerance);
+    t2 = curve::TuneTangent({[&](Vec2 t) { return whole(t1, t); }}, t2, prep.tolerance);
     curve::FitRun(pts, guide.data(), n, t1, t2, prep.tolerance, prep.window, cubics);
   }
   for (size_t i = 0; i < cubics.size(); i++)

@@ -16,6 +16,9 @@ namespace {
 const double kCornerCos = 0.5735764363510461;
 // Polygon edges shorter than this may be the cut-off tip of a corner.
 const double kShortEdge = 3.0;
+// A corner may move this many chain points to its best place.
+const int kRefineReach = 3;
+const double kTipFlatness = 0.25;
 
 // Douglas-Peucker between the fixed ends a and b of pts (b may equal
 // pts.size() on a closed chain, meaning point 0 again); marks kept vertices.
@@ -57,6 +60,36 @@ bool IsCorner(Vec2 a0, Vec2 a1, Vec2 b0, Vec2 b1, Vec2 tip, double minSagitta) {
   double chord = Distance(m1, m2);
   double depth = chord > 0.0 ? std::fabs(Cross(m2 - m1, tip - m1)) / chord : Distance(tip, m1);
   return depth >= minSagitta;
+}
+
+// Moves a corner found at chain point c (between the polygon's neighbouring
+// vertices a and b) to the nearby point that stands out farthest from the
+// chord a-b. The points of a flat tip stand out about equally (within a
+// quarter pixel); the middle one is taken, so that the corner sits on the
+// tip's centre rather than on one side of it.
+int RefineCorner(const std::vector<Vec2>& pts, bool closed, int a, int c, int b) {
+  const int n = static_cast<int>(pts.size());
+  int back = closed ? ((c - a) % n + n) % n : c - a;
+  int ahead = closed ? ((b - c) % n + n) % n : b - c;
+  int lo = -std::min(kRefineReach, back - 1), hi = std::min(kRefineReach, ahead - 1);
+  auto at = [&](int o) { return closed ? ((c + o) % n + n) % n : c + o; };
+  auto depth = [&](int o) { return DistanceToSegment(pts[at(o)], pts[a], pts[b]); };
+  int peak = 0;
+  double best = depth(0);
+  for (int o = lo; o <= hi; o++) {
+    if (depth(o) > best) {
+      best = depth(o);
+      peak = o;
+    }
+  }
+  int first = peak, last = peak;
+  while (first > lo && depth(first - 1) >= best - kTipFlatness) first--;
+  while (last < hi && depth(last + 1) >= best - kTipFlatness) last++;
+  // A flat that runs on past the reach is the start of a gentle curve, not
+  // a tip: the corner stays where it was found, at the flat's end.
+  bool bounded = (first > lo || lo == 0) && (last < hi || hi == 0);
+  if (!bounded) return first <= 0 && 0 <= last ? c : at(peak);
+  return at(first + (last - first) / 2);
 }
 
 }  // namespace
@@ -105,7 +138,8 @@ std::vector<int> SelectCorners(const std::vector<Vec2>& pts, const std::vector<i
     if (!bClosed && (k == 0 || k == m - 1)) continue;
     if (IsCorner(vertex(k - 1), vertex(k), vertex(k), vertex(k + 1), vertex(k), dMinSagitta)) {
       isCorner[k] = 1;
-      corners.push_back(vertices[k]);
+      corners.push_back(RefineCorner(pts, bClosed, vertices[(k + m - 1) % m], vertices[k],
+                                     vertices[(k + 1) % m]));
     }
   }
   // A raster corner is often cut off by one short edge (the blunt tip of a
@@ -119,7 +153,7 @@ std::vector<int> SelectCorners(const std::vector<Vec2>& pts, const std::vector<i
     int a = vertices[k], b = vertices[k1];
     int mid = b > a ? (a + b) / 2 : ((a + b + n) / 2) % n;
     if (IsCorner(vertex(k - 1), vertex(k), vertex(k + 1), vertex(k + 2), pts[mid], dMinSagitta))
-      corners.push_back(mid);
+      corners.push_back(RefineCorner(pts, bClosed, vertices[(k + m - 1) % m], mid, vertices[(k + 2) % m]));
   }
   std::sort(corners.begin(), corners.end());
   corners.erase(std::unique(corners.begin(), corners.end()), corners.end());
