@@ -22,6 +22,7 @@ struct Command {
 
 Command AddInfoCommand(CLI::App& parent);
 Command AddPreviewCommand(CLI::App& parent);
+Command AddTraceCommand(CLI::App& parent);
 
 // Shared by the subcommands (CliCommon.cpp).
 

@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
   const std::vector<Command> commands = {
       AddInfoCommand(app),
       AddPreviewCommand(app),
+      AddTraceCommand(app),
   };
 
   try {

@@ -1,0 +1,30 @@
+// Thread colour tables: CSV files of name, code and #rrggbb colour, one
+// thread a line, as embroidery machine vendors publish them.
+#pragma once
+
+#include <istream>
+#include <string>
+#include <vector>
+
+#include "WinTypes.h"
+
+namespace pictrace {
+
+struct ThreadColor {
+  std::string name;
+  std::string code;
+  COLORREF color;  // red in bits 0-7, green 8-15, blue 16-23
+};
+
+// Reads a table. A first line "name,code,color" is a header; blank lines are
+// skipped. Every other line must hold exactly three comma-separated fields
+// with a non-empty name and a #rrggbb colour. On failure returns false and
+// sets error to a message naming the source and the line.
+bool ParseThreadTable(std::istream& in, const std::string& source, std::vector<ThreadColor>& table,
+                      std::string& error);
+bool LoadThreadTable(const std::string& path, std::vector<ThreadColor>& table, std::string& error);
+
+// "#rrggbb" of a packed colour.
+std::string ColorToHex(COLORREF color);
+
+}  // namespace pictrace

@@ -1,0 +1,218 @@
+// pictrace trace IN [-o OUT.svg] [...]: segments a picture into flat colour
+// regions and writes them as SVG, JSON and a PNG preview.
+#include <unistd.h>
+
+#include <cstdio>
+#include <iostream>
+#include <memory>
+
+#include "RasterDC.h"
+#include "cli/Commands.h"
+#include "cli/ImageFile.h"
+#include "cli/JsonWriter.h"
+#include "cli/ProgressBar.h"
+#include "cli/SvgWriter.h"
+#include "cli/ThreadTable.h"
+#include "cli/TraceDocument.h"
+
+namespace pictrace {
+namespace cli {
+
+namespace {
+
+// Largest output rectangle side, in output units; far beyond any hoop.
+const long kMaxOutputSide = 1000000;
+// The colour list of a segmentation holds at most 50 colours.
+const int kMaxColors = 50;
+
+struct TraceOptions {
+  std::string input;
+  std::string output = "-";
+  int colors = 8;
+  int sensitivity = -1;  // -1: the engine's default
+  std::string size;      // "WxH" in output units; empty: the picture's size in pixels
+  bool curves = false;
+  double tolerance = 1.0;
+  std::string mask;
+  std::string threads;
+  int threadMode = 0;
+  std::string json;
+  std::string preview;
+  bool noRetry = false;
+};
+
+bool ParseSize(const std::string& text, long& w, long& h, std::string& error) {
+  size_t x = text.find_first_of("xX");
+  bool ok = x != std::string::npos && x > 0 && x + 1 < text.size();
+  if (ok) {
+    try {
+      size_t endW = 0, endH = 0;
+      long long vw = std::stoll(text.substr(0, x), &endW);
+      long long vh = std::stoll(text.substr(x + 1), &endH);
+      ok = endW == x && endH == text.size() - x - 1;
+      if (ok && (vw < 1 || vh < 1 || vw > kMaxOutputSide || vh > kMaxOutputSide)) {
+        error = "--size " + text + ": width and height must be between 1 and " +
+                std::to_string(kMaxOutputSide);
+        return false;
+      }
+      w = static_cast<long>(vw);
+      h = static_cast<long>(vh);
+    } catch (const std::exception&) {
+      ok = false;
+    }
+  }
+  if (!ok) error = "--size " + text + ": expected WIDTHxHEIGHT, for example 1000x800";
+  return ok;
+}
+
+// The cartoon mask from a picture of the same size: black pixels are
+// excluded (2), all others ordinary (0). Rows follow the engine's working
+// image, bottom row first. Returns null (after a message) on failure.
+unsigned char* LoadMask(const std::string& path, int width, int height) {
+  CPictrace maskEngine;
+  std::vector<unsigned char> dib;
+  if (!LoadIntoEngine(maskEngine, path, dib)) return nullptr;
+  const BITMAPINFOHEADER* h = maskEngine.GetBmpInfoHeader();
+  if (h->biWidth != width || h->biHeight != height) {
+    Fail(path + ": the mask is " + std::to_string(h->biWidth) + " x " +
+         std::to_string(h->biHeight) + " pixels, the picture " + std::to_string(width) + " x " +
+         std::to_string(height));
+    return nullptr;
+  }
+  const size_t stride = h->biSizeImage / static_cast<DWORD>(height);
+  unsigned char* pMask = new unsigned char[static_cast<size_t>(width) * height];
+  for (int row = 0; row < height; row++) {
+    const unsigned char* p = maskEngine.m_pDIBBits + row * stride;
+    for (int x = 0; x < width; x++, p += 3)
+      pMask[static_cast<size_t>(row) * width + x] = (p[0] == 0 && p[1] == 0 && p[2] == 0) ? 2 : 0;
+  }
+  return pMask;
+}
+
+int RunTrace(const TraceOptions& o) {
+  long outW = 0, outH = 0;
+  std::string error;
+  if (!o.size.empty() && !ParseSize(o.size, outW, outH, error)) return Fail(error);
+
+  std::vector<ThreadColor> table;
+  if (!o.threads.empty() && !LoadThreadTable(o.threads, table, error)) return Fail(error);
+
+  CPictrace engine;
+  std::vector<unsigned char> dib;
+  if (!LoadIntoEngine(engine, o.input, dib)) return kExitFailure;
+  const int width = engine.m_bmiHeader.biWidth;
+  const int height = engine.m_bmiHeader.biHeight;
+  if (o.size.empty()) {
+    outW = width;
+    outH = height;
+  }
+  // The physical size scales the engine's thresholds (satin width, smallest
+  // region); the default keeps one output unit per pixel.
+  engine.SetImageRealRect(0, 0, outW, outH);
+
+  std::unique_ptr<unsigned char[]> maskOwner;
+  unsigned char* pMask = nullptr;
+  if (!o.mask.empty()) {
+    pMask = LoadMask(o.mask, width, height);
+    if (!pMask) return kExitFailure;
+  }
+
+  if (!table.empty()) {
+    engine.m_pThreadColors = new DWORD[table.size()];
+    for (size_t i = 0; i < table.size(); i++) engine.m_pThreadColors[i] = table[i].color;
+    engine.m_nThreadColorCount = static_cast<int>(table.size());
+    engine.m_nThreadColorMode = o.threadMode;
+  }
+  if (o.sensitivity >= 0) engine.SetSegmentationSensitivity(o.sensitivity);
+  engine.SetOutputLineType(o.curves ? 1 : 0);
+  engine.SetCurveTolerance(o.tolerance);
+
+  ProgressBarWnd bar(isatty(STDERR_FILENO) != 0, "tracing");
+  engine.m_pProgressWnd = &bar;
+  engine.BeginProgress(1);
+  CDWordArray colors;
+  // The engine may free the mask and null the pointer when its clean-up
+  // gives up; whatever is left afterwards is ours to free.
+  engine.DoSegmentation(o.colors, &colors, o.tolerance, o.noRetry ? 1 : 0,
+                        pMask ? &pMask : nullptr);
+  maskOwner.reset(pMask);
+  engine.EndProgress();
+  engine.m_pProgressWnd = nullptr;
+
+  if (!engine.HasOutlines()) return Fail(o.input + ": no regions were found");
+  if (!table.empty()) engine.SetNearestThreadColorList(o.threadMode);
+
+  CPTRegions regions;
+  engine.GetRegions(&regions, engine.m_nOutputLineType);
+
+  TraceDocument doc;
+  doc.source = o.input;
+  doc.imageWidth = width;
+  doc.imageHeight = height;
+  doc.output = engine.m_rcImageReal;
+  doc.lineType = engine.m_nOutputLineType;
+  for (INT_PTR i = 0; i < engine.m_arrColorList.GetSize(); i++) doc.colors.push_back(engine.m_arrColorList[i]);
+  for (INT_PTR i = 0; i < engine.m_arrNearestColors.GetSize(); i++) {
+    COLORREF c = engine.m_arrNearestColors[i];
+    doc.threadColors.push_back(c);
+    const ThreadColor* entry = nullptr;
+    for (const ThreadColor& t : table)
+      if (t.color == c) {
+        entry = &t;
+        break;
+      }
+    doc.threads.push_back(entry);
+  }
+  doc.regions = &regions;
+
+  if (!WriteTextFile(o.output, FormatSvg(doc), error)) return Fail(error);
+  if (!o.json.empty() && !WriteTextFile(o.json, FormatJson(doc), error)) return Fail(error);
+  if (!o.preview.empty()) {
+    CRasterDC dc(width, height);
+    engine.DrawPolygon(&dc, CRect(0, 0, width, height), 0, 0);
+    if (!WritePng(o.preview, dc.GetBits(), width, height, dc.GetStride(), error)) return Fail(error);
+  }
+  // The summary stays off standard output when the SVG goes there.
+  std::ostream& report = o.output == "-" ? std::cerr : std::cout;
+  report << "trace: " << regions.m_nRegions << " regions in " << doc.colors.size()
+         << " colours, " << width << " x " << height << " pixels";
+  if (o.output != "-") report << " -> " << o.output;
+  report << "\n";
+  return 0;
+}
+
+}  // namespace
+
+Command AddTraceCommand(CLI::App& parent) {
+  auto o = std::make_shared<TraceOptions>();
+  CLI::App* app = parent.add_subcommand(
+      "trace", "Segment a picture into flat colour regions and write them as SVG");
+  app->add_option("file", o->input, "PNG, JPEG or BMP picture")->required();
+  app->add_option("-o,--output", o->output, "SVG file to write (default: standard output)");
+  app->add_option("--colors", o->colors, "number of colours wanted (1 to 50, default 8)")
+      ->check(CLI::Range(1, kMaxColors));
+  app->add_option("--sensitivity", o->sensitivity,
+                  "segmentation sensitivity, 0 to 100 (default 90); higher keeps more detail")
+      ->check(CLI::Range(0, 100));
+  app->add_option("--size", o->size,
+                  "output size WIDTHxHEIGHT in output units (default: the picture's pixels)");
+  app->add_flag("--curves", o->curves, "fit cubic Bezier curves instead of straight lines");
+  app->add_option("--tolerance", o->tolerance,
+                  "largest distance of the outlines from the pixel boundaries, in pixels "
+                  "(default 1)")
+      ->check(CLI::Range(0.01, 50.0));
+  app->add_option("--mask", o->mask,
+                  "picture of the same size whose black pixels are left out of every region");
+  app->add_option("--threads", o->threads, "thread table (CSV of name,code,#rrggbb)");
+  app->add_option("--thread-mode", o->threadMode,
+                  "thread matching: 0 hue distance, 1 the same with each thread once, "
+                  "2 RGB distance, 3 RGB with each thread once (default 0)")
+      ->check(CLI::Range(0, 3));
+  app->add_option("--json", o->json, "also write the regions and colours as JSON");
+  app->add_option("--preview", o->preview, "also paint the regions into a PNG");
+  app->add_flag("--no-retry", o->noRetry, "one clustering pass, even when the count is missed");
+  return {app, [o]() { return RunTrace(*o); }};
+}
+
+}  // namespace cli
+}  // namespace pictrace
