@@ -101,9 +101,18 @@ class PICTRACE_API CPictrace {
   void GetBackgroundRegions(CPTRegions* pRegions, int nLineType);
 
   // --- Bezier conversion of a host's straight outlines (curve/ConvertToBezier.cpp)
-  // Replaces the straight lines of the polygon (or polygon line) in place by
-  // fitted cubic Bezier lines within m_dCurveTolerance; returns 1 on success,
-  // 0 when the object holds no lines (it is then left unchanged).
+  // Replaces the lines of the polygon (or polygon line) in place by fitted
+  // cubic Bezier lines (type 1): the old array is freed and a new one of the
+  // fitted count is stored; a polygon line keeps its attributes. The chain is
+  // the first line's start and every line's end (a line's start too where it
+  // leaves a gap); a polygon is always fitted closed, a polygon line only when
+  // its last end meets its first start. Sharp vertices (turns over about 55
+  // degrees) stay corners; elsewhere the curve keeps its tangent. The lines'
+  // path stays within m_dCurveTolerance pixels of the curve: in output units
+  // the tolerance is scaled by the smaller GetRegions scale (unscaled with no
+  // image or a zero output rectangle). Returns 1 on success; 0 for a null
+  // object, no lines, or lines without two distinct points (left unchanged).
+  // SetCurveTolerance ignores values that are not positive.
   int ConvertToBezier(CPTPolygon* pPolygon);
   int ConvertToBezier(CPTPolygonLine* pLine);
   void SetCurveTolerance(double dTolerance);
