@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "Pictrace.h"
+#include "common/TestImages.h"
 #include "curve/CurveTestSupport.h"
 
 using namespace curvetest;
@@ -177,4 +178,32 @@ TEST(ConvertToBezier, EmptyOrPointLikeObjectsAreLeftAlone) {
   EXPECT_EQ(engine.ConvertToBezier(&dot), 0);
   EXPECT_EQ(dot.m_pLines, before);
   EXPECT_EQ(dot.m_pLines[0].m_nType, 0);
+}
+
+TEST(ConvertToBezier, ToleranceFollowsTheOutputScale) {
+  // A 100 x 50 picture mapped to 300 x 100 units: scales 3 and 2, so one
+  // pixel of tolerance is two units, exactly as a picture-less engine with
+  // a tolerance of 2.
+  std::vector<unsigned char> dib = testimg::MakeDib24(100, 50, [](int, int) { return RGB(9, 9, 9); });
+  CPictrace scaled, plain;
+  ASSERT_EQ(scaled.SetDIBData(dib.data()), 1);
+  scaled.SetImageRealRect(0, 0, 300, 100);
+  plain.m_dCurveTolerance = 2.0;
+  std::vector<double> circle = CirclePoints(24, 150.0, 200.0, 200.0);
+  CPTPolygon a, b;
+  a.m_pLines = MakeLines(circle, true, a.m_nLines);
+  b.m_pLines = MakeLines(circle, true, b.m_nLines);
+  ASSERT_EQ(scaled.ConvertToBezier(&a), 1);
+  ASSERT_EQ(plain.ConvertToBezier(&b), 1);
+  ASSERT_EQ(a.m_nLines, b.m_nLines);
+  for (int i = 0; i < a.m_nLines; i++) {
+    EXPECT_EQ(a.m_pLines[i].m_ptCtrl1.x, b.m_pLines[i].m_ptCtrl1.x);
+    EXPECT_EQ(a.m_pLines[i].m_ptCtrl2.y, b.m_pLines[i].m_ptCtrl2.y);
+  }
+  // ... and differs from a tolerance of one unit.
+  CPictrace unit;
+  CPTPolygon c;
+  c.m_pLines = MakeLines(circle, true, c.m_nLines);
+  ASSERT_EQ(unit.ConvertToBezier(&c), 1);
+  EXPECT_GT(c.m_nLines, a.m_nLines);
 }
