@@ -12,10 +12,16 @@ NodePool::~NodePool() { ReleaseChunks(); }
 
 void* NodePool::Allocate() {
   std::lock_guard<std::mutex> guard(m_lock);
-  if (!m_pFree) Grow();
-  FreeNode* node = m_pFree;
-  m_pFree = node->m_pNext;
   m_nLive++;
+  if (m_pFree) {
+    FreeNode* node = m_pFree;
+    m_pFree = node->m_pNext;
+    return node;
+  }
+  if (m_nUnused == 0) Grow();
+  void* node = m_pBump;
+  m_pBump += m_nNodeSize;
+  m_nUnused--;
   return node;
 }
 
@@ -37,17 +43,13 @@ std::size_t NodePool::Chunks() const {
   return m_chunks.size();
 }
 
-// New nodes are threaded onto the free list in address order, so that a
-// fresh graph is laid out in memory in the order it is built.
-void NodePool::Grow() { Thread(static_cast<char*>(::operator new(m_nNodeSize * m_nPerChunk))); }
-
-void NodePool::Thread(char* chunk) {
-  m_chunks.push_back(chunk);
-  for (std::size_t i = m_nPerChunk; i-- > 0;) {
-    FreeNode* node = reinterpret_cast<FreeNode*>(chunk + i * m_nNodeSize);
-    node->m_pNext = m_pFree;
-    m_pFree = node;
-  }
+// Fresh nodes are cut from the newest chunk in address order, so that a new
+// graph is laid out in memory in the order it is built, and a chunk's pages
+// are touched only as its nodes are used.
+void NodePool::Grow() {
+  m_pBump = static_cast<char*>(::operator new(m_nNodeSize * m_nPerChunk));
+  m_chunks.push_back(m_pBump);
+  m_nUnused = m_nPerChunk;
 }
 
 // With no node live, all chunks but one go back to the allocator; keeping
@@ -56,10 +58,9 @@ void NodePool::KeepFirstChunk() {
   for (std::size_t i = 1; i < m_chunks.size(); i++) ::operator delete(m_chunks[i]);
   m_chunks.resize(1);
   m_chunks.shrink_to_fit();
-  char* chunk = m_chunks[0];
-  m_chunks.clear();
   m_pFree = nullptr;
-  Thread(chunk);
+  m_pBump = m_chunks[0];
+  m_nUnused = m_nPerChunk;
 }
 
 void NodePool::ReleaseChunks() {
@@ -67,4 +68,6 @@ void NodePool::ReleaseChunks() {
   m_chunks.clear();
   m_chunks.shrink_to_fit();
   m_pFree = nullptr;
+  m_pBump = nullptr;
+  m_nUnused = 0;
 }

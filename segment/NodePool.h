@@ -26,13 +26,14 @@ class NodePool {
     FreeNode* m_pNext;
   };
   void Grow();
-  void Thread(char* chunk);  // adds a chunk and threads its nodes onto the free list
   void KeepFirstChunk();
   void ReleaseChunks();
 
   std::size_t m_nNodeSize;
   std::size_t m_nPerChunk;
-  FreeNode* m_pFree = nullptr;
+  FreeNode* m_pFree = nullptr;  // released nodes, reused first
+  char* m_pBump = nullptr;       // next never-used node of the newest chunk
+  std::size_t m_nUnused = 0;     // never-used nodes left there
   std::size_t m_nLive = 0;
   std::vector<char*> m_chunks;
   // Engines on different threads may share the pool; the lock is not

@@ -161,30 +161,6 @@ void SeedGraph(SegEngine& e, std::vector<unsigned char>& dib) {
   ASSERT_EQ(e.SetupGraph(e.m_pWorkBits, edge.data()), 1);
 }
 
-void ExpectSameGraph(const SegEngine& a, const SegEngine& b) {
-  const CRegion* ra = a.m_pRegionHead;
-  const CRegion* rb = b.m_pRegionHead;
-  int n = 0;
-  for (; ra && rb; ra = ra->m_pNext, rb = rb->m_pNext, n++) {
-    ASSERT_EQ(ra->m_nSize, rb->m_nSize) << "region " << n;
-    ASSERT_EQ(ra->m_fRed, rb->m_fRed);
-    ASSERT_EQ(ra->m_fGreen, rb->m_fGreen);
-    ASSERT_EQ(ra->m_fBlue, rb->m_fBlue);
-    ASSERT_EQ(ra->m_fDecrease, rb->m_fDecrease);
-    ASSERT_EQ(ra->m_pPixelHead->x, rb->m_pPixelHead->x);
-    ASSERT_EQ(ra->m_pPixelHead->y, rb->m_pPixelHead->y);
-    ASSERT_EQ(LinkCount(ra), LinkCount(rb));
-    for (const CNodeNeighbor *la = ra->m_pNeighbors, *lb = rb->m_pNeighbors; la; la = la->m_pNext, lb = lb->m_pNext) {
-      ASSERT_EQ(la->m_nWeakEdges, lb->m_nWeakEdges);
-      ASSERT_EQ(la->m_fDecrease, lb->m_fDecrease);
-      ASSERT_EQ(la->m_pRegion->m_pPixelHead->x, lb->m_pRegion->m_pPixelHead->x);
-      ASSERT_EQ(la->m_pRegion->m_pPixelHead->y, lb->m_pRegion->m_pPixelHead->y);
-    }
-  }
-  EXPECT_EQ(ra, nullptr);
-  EXPECT_EQ(rb, nullptr);
-}
-
 // The indexed loops must pick the same candidates and count the same skips
 // as the literal scans, scale after scale.
 TEST(GreedyMergeIndexed, MatchesTheLiteralScanOnRandomPictures) {

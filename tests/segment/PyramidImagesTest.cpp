@@ -137,6 +137,10 @@ TEST_P(PyramidOnExamples, TwoRunsAreByteIdentical) {
     picture = e.WorkPixels();
   }
   EXPECT_TRUE(pictures[0] == pictures[1]);
+  // A digest of the picture, to compare builds (normal, sanitizer) by eye.
+  unsigned long long fnv = 14695981039346656037ull;
+  for (unsigned char c : pictures[0]) fnv = (fnv ^ c) * 1099511628211ull;
+  std::printf("%s: picture digest %016llx\n", GetParam(), fnv);
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, PyramidOnExamples, ::testing::Values("monkey_face.png", "astronaut.png"),
@@ -182,6 +186,36 @@ TEST(PyramidAlgo, IgnoresSavedRegionsOfAnotherPictureSize) {
   ASSERT_EQ(e.RegionCount(), 1);
   EXPECT_EQ(e.m_pRegionHead->m_nSize, 20u);
   EXPECT_EQ(testimg::PixelAt(e.m_pWorkBits, 5, 4, 3), RGB(9, 9, 9));
+}
+
+}  // namespace
+
+namespace {
+
+// Saving and restoring gives back the same graph: regions, pixel order,
+// links with their counts and values.
+TEST(CopyBlockRegions, RestoresTheSavedGraph) {
+  std::vector<unsigned char> dib;
+  SegEngine a, b;
+  LoadExample(a, "monkey_face.png", dib);
+  b.Load(dib);
+  ASSERT_EQ(a.GetBlockRegions(), 1);
+  ASSERT_EQ(b.GetBlockRegions(), 1);
+  ASSERT_EQ(a.CopyBlockRegions(0), 1);
+  ExpectSameGraph(a, b);
+  for (const CRegion *ra = a.m_pRegionHead, *rb = b.m_pRegionHead; ra && rb; ra = ra->m_pNext, rb = rb->m_pNext) {
+    const RegionPixel* pb = rb->m_pPixelHead;
+    for (const RegionPixel* pa = ra->m_pPixelHead; pa; pa = pa->m_pNext, pb = pb->m_pNext) {
+      ASSERT_NE(pb, nullptr);
+      ASSERT_EQ(pa->x, pb->x);
+      ASSERT_EQ(pa->y, pb->y);
+    }
+    ASSERT_EQ(pb, nullptr);
+    ASSERT_EQ(ra->m_pPixelTail->m_pNext, nullptr);
+    if (ra->m_pNext) {
+      ASSERT_EQ(ra->m_pNext->m_pPrev, ra);
+    }
+  }
 }
 
 }  // namespace

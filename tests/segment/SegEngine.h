@@ -47,3 +47,6 @@ void Connect(CRegion* a, CRegion* b, DWORD weak);
 CNodeNeighbor* LinkTo(CRegion* owner, CRegion* target);
 // Number of links of a region.
 int LinkCount(const CRegion* r);
+// Same regions in the same order: sizes, means, values, first pixels, and
+// links (targets told by their first pixel) with their counts and values.
+void ExpectSameGraph(const SegEngine& a, const SegEngine& b);

@@ -1,0 +1,156 @@
+// Pyramid segmentation plus one mean-shift pass on photographs: the bundled
+// astronaut, and the large shared photograph resampled to 0.5, 1 and 2
+// megapixels and at its full 4.5 megapixels, so that the growth with the
+// pixel count shows. Counters: nanoseconds per pixel, regions left by the
+// pyramid stage, and the process's peak resident size per pixel (run one
+// size alone, with --benchmark_filter, to read its own peak).
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Pictrace.h"
+#include "cli/ImageFile.h"
+#include "segment/RegionGraph.h"
+
+namespace {
+
+class BenchEngine : public CPictrace {
+ public:
+  using CPictrace::MeanShift;
+  using CPictrace::PyramidAlgo;
+  int Regions() const;
+};
+
+int BenchEngine::Regions() const {
+  int n = 0;
+  for (const CRegion* r = m_pRegionHead; r; r = r->m_pNext) n++;
+  return n;
+}
+
+// Box-filtered resample of a packed 24-bit DIB (area average), so that the
+// smaller pictures keep the character of the photograph.
+std::vector<unsigned char> BoxResample(const std::vector<unsigned char>& src, int width, int height) {
+  BITMAPINFOHEADER sh;
+  std::memcpy(&sh, src.data(), 40);
+  const int sw = sh.biWidth, shh = sh.biHeight;
+  const size_t sstride = (static_cast<size_t>(sw) * 3 + 3) / 4 * 4;
+  const size_t stride = (static_cast<size_t>(width) * 3 + 3) / 4 * 4;
+  std::vector<unsigned char> out(40 + stride * height, 0);
+  BITMAPINFOHEADER h = sh;
+  h.biWidth = width;
+  h.biHeight = height;
+  h.biSizeImage = static_cast<DWORD>(stride * height);
+  h.biClrUsed = 0;
+  std::memcpy(out.data(), &h, 40);
+  const unsigned char* s = src.data() + 40;
+  for (int y = 0; y < height; y++) {
+    int y0 = static_cast<int>(static_cast<long long>(y) * shh / height);
+    int y1 = std::max(y0 + 1, static_cast<int>(static_cast<long long>(y + 1) * shh / height));
+    for (int x = 0; x < width; x++) {
+      int x0 = static_cast<int>(static_cast<long long>(x) * sw / width);
+      int x1 = std::max(x0 + 1, static_cast<int>(static_cast<long long>(x + 1) * sw / width));
+      for (int c = 0; c < 3; c++) {
+        unsigned sum = 0;
+        for (int yy = y0; yy < y1; yy++)
+          for (int xx = x0; xx < x1; xx++) sum += s[yy * sstride + 3 * xx + c];
+        unsigned n = static_cast<unsigned>((y1 - y0) * (x1 - x0));
+        out[40 + y * stride + 3 * x + c] = static_cast<unsigned char>((sum + n / 2) / n);
+      }
+    }
+  }
+  return out;
+}
+
+const std::vector<unsigned char>* Picture(const std::string& path, long long pixels) {
+  static std::map<std::pair<std::string, long long>, std::vector<unsigned char>> cache;
+  auto key = std::make_pair(path, pixels);
+  auto it = cache.find(key);
+  if (it != cache.end()) return it->second.empty() ? nullptr : &it->second;
+  std::vector<unsigned char> dib;
+  std::string error;
+  if (!pictrace::LoadImageFile(path, dib, error)) {
+    cache[key];
+    return nullptr;
+  }
+  if (pixels > 0) {
+    BITMAPINFOHEADER h;
+    std::memcpy(&h, dib.data(), 40);
+    double scale = std::sqrt(static_cast<double>(pixels) / (static_cast<double>(h.biWidth) * h.biHeight));
+    dib = BoxResample(dib, static_cast<int>(h.biWidth * scale + 0.5), static_cast<int>(h.biHeight * scale + 0.5));
+  }
+  return &(cache[key] = std::move(dib));
+}
+
+double PeakResidentBytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<double>(usage.ru_maxrss) * 1024.0;
+}
+
+void RunSegmentation(benchmark::State& state, const std::vector<unsigned char>* source) {
+  BITMAPINFOHEADER h;
+  std::memcpy(&h, source->data(), 40);
+  const double pixels = static_cast<double>(h.biWidth) * h.biHeight;
+  std::vector<unsigned char> dib = *source;
+  int regions = 0, colors = 0;
+  double pyramidSeconds = 0, shiftSeconds = 0;
+  for (auto _ : state) {
+    BenchEngine e;
+    e.SetDIBData(dib.data());
+    e.SetImageRealRect(0, 0, h.biWidth, h.biHeight);
+    auto t0 = std::chrono::steady_clock::now();
+    e.PyramidAlgo();
+    auto t1 = std::chrono::steady_clock::now();
+    CDWordArray list;
+    e.MeanShift(8, &list);
+    auto t2 = std::chrono::steady_clock::now();
+    pyramidSeconds += std::chrono::duration<double>(t1 - t0).count();
+    shiftSeconds += std::chrono::duration<double>(t2 - t1).count();
+    regions = e.Regions();
+    colors = static_cast<int>(list.GetSize());
+    benchmark::DoNotOptimize(e.m_pWorkBits);
+  }
+  const double runs = static_cast<double>(state.iterations());
+  state.counters["pixels"] = pixels;
+  state.counters["regions"] = regions;
+  state.counters["colors"] = colors;
+  state.counters["pyramid_ns_per_px"] = pyramidSeconds / runs * 1e9 / pixels;
+  state.counters["meanshift_ms"] = shiftSeconds / runs * 1e3;
+  state.counters["peak_rss_bytes_per_px"] = PeakResidentBytes() / pixels;
+}
+
+void BM_SegmentAstronaut(benchmark::State& state) {
+  const auto* dib = Picture(std::string(PICTRACE_EXAMPLES_DIR) + "/astronaut.png", 0);
+  if (!dib) {
+    state.SkipWithError("examples/astronaut.png could not be read");
+    return;
+  }
+  RunSegmentation(state, dib);
+}
+BENCHMARK(BM_SegmentAstronaut)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Argument: pixel count of the resampled picture; 0 keeps the full 4.5 MP.
+void BM_SegmentLargePhoto(benchmark::State& state) {
+  const auto* dib = Picture(std::string(PICTRACE_SHARED_DIR) + "/images/photo_fig_large.png", state.range(0));
+  if (!dib) {
+    state.SkipWithError("shared photograph photo_fig_large.png is absent; skipped");
+    return;
+  }
+  RunSegmentation(state, dib);
+}
+BENCHMARK(BM_SegmentLargePhoto)
+    ->Arg(500000)
+    ->Arg(1000000)
+    ->Arg(2000000)
+    ->Arg(0)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
+
+}  // namespace
