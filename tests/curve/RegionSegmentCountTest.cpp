@@ -114,14 +114,16 @@ TEST(RegionSegmentCount, FlatRegionsOfTheKoreanFlag) {
     for (int x = 0; x < w; x++) cls[static_cast<size_t>(y) * w + x] = NearestFlagColour(testimg::PixelAt(bits, w, x, ht - 1 - y));
   // Each region: the 4-connected component of one colour class around a
   // seed pixel, found by flood fill; its outer outline is traced.
-  auto component = [&](int sx, int sy) {
+  auto component = [&](int sx, int sy, int& pixels) {
     std::vector<char> in(cls.size(), 0);
     int c = cls[static_cast<size_t>(sy) * w + sx];
     std::vector<P> stack = {{sx, sy}};
     in[static_cast<size_t>(sy) * w + sx] = 1;
+    pixels = 0;
     while (!stack.empty()) {
       P p = stack.back();
       stack.pop_back();
+      pixels++;
       const P next[4] = {{p.x - 1, p.y}, {p.x, p.y - 1}, {p.x, p.y + 1}, {p.x + 1, p.y}};
       for (P q : next) {
         if (q.x < 0 || q.y < 0 || q.x >= w || q.y >= ht) continue;
@@ -131,51 +133,33 @@ TEST(RegionSegmentCount, FlatRegionsOfTheKoreanFlag) {
         stack.push_back(q);
       }
     }
+    return in;
+  };
+  auto outline = [&](const std::vector<char>& in) {
     return TraceOutline(w, ht, [&](int x, int y) { return in[static_cast<size_t>(y) * w + x] != 0; });
+  };
+  int totalStraight = 0, totalCurves = 0, pixels = 0;
+  auto add = [&](const std::string& name, const std::vector<int>& chain) {
+    Counts c = Measure(name, chain);
+    totalStraight += c.straight;
+    totalCurves += c.curves;
   };
   // The red and the blue half of the centre circle.
   const int cx = w / 2, cy = ht / 2;
-  struct Seed {
-    const char* name;
-    int x, y, colour;
-  };
-  std::vector<Seed> seeds = {{"flag red half", cx - ht / 12, cy - ht / 10, 2}, {"flag blue half", cx + ht / 12, cy + ht / 10, 3}};
-  int totalStraight = 0, totalCurves = 0;
-  for (const Seed& s : seeds) {
-    ASSERT_EQ(cls[static_cast<size_t>(s.y) * w + s.x], s.colour) << s.name;
-    Counts c = Measure(s.name, component(s.x, s.y));
-    totalStraight += c.straight;
-    totalCurves += c.curves;
-  }
-  // The black regions: every component of class black, in scan order.
+  ASSERT_EQ(cls[static_cast<size_t>(cy - ht / 10) * w + cx - ht / 12], 2);
+  ASSERT_EQ(cls[static_cast<size_t>(cy + ht / 10) * w + cx + ht / 12], 3);
+  add("flag red half", outline(component(cx - ht / 12, cy - ht / 10, pixels)));
+  add("flag blue half", outline(component(cx + ht / 12, cy + ht / 10, pixels)));
+  // The bars of the trigrams: every black component of some size.
   std::vector<char> seen(cls.size(), 0);
   int bars = 0;
   for (int y = 0; y < ht; y++)
     for (int x = 0; x < w; x++) {
       size_t i = static_cast<size_t>(y) * w + x;
       if (cls[i] != 1 || seen[i]) continue;
-      std::vector<int> chain = component(x, y);
-      // Mark the component as seen by flood filling it again.
-      std::vector<P> stack = {{x, y}};
-      seen[i] = 1;
-      int pixels = 0;
-      while (!stack.empty()) {
-        P p = stack.back();
-        stack.pop_back();
-        pixels++;
-        const P next[4] = {{p.x - 1, p.y}, {p.x, p.y - 1}, {p.x, p.y + 1}, {p.x + 1, p.y}};
-        for (P q : next) {
-          if (q.x < 0 || q.y < 0 || q.x >= w || q.y >= ht) continue;
-          size_t j = static_cast<size_t>(q.y) * w + q.x;
-          if (seen[j] || cls[j] != 1) continue;
-          seen[j] = 1;
-          stack.push_back(q);
-        }
-      }
-      if (pixels < 200) continue;
-      Counts c = Measure("flag black bar " + std::to_string(++bars), chain);
-      totalStraight += c.straight;
-      totalCurves += c.curves;
+      std::vector<char> in = component(x, y, pixels);
+      for (size_t j = 0; j < in.size(); j++) seen[j] |= in[j];
+      if (pixels >= 200) add("flag black bar " + std::to_string(++bars), outline(in));
     }
   EXPECT_GT(bars, 0);
   std::printf("[ region   ] flag total: straight lines %d, curve segments %d\n", totalStraight, totalCurves);
