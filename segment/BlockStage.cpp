@@ -59,7 +59,7 @@ int CPictrace::GetBlockRegions() {
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) count0++;
   long long count = count0;
   double step = kScaleStep, s = 1.0;
-  const float stageWeight = PT_WEIGHT_BLOCK / m_fProgressTotal * 100;
+  const double stageWeight = static_cast<double>(PT_WEIGHT_BLOCK) / m_fProgressTotal * 100.0;
   while (s <= s_nBlockScale && s_nBlockScale < kLastScale) {
     ShowProgress(TruncProgress(m_fProgressPos + stageWeight * (1.0 - static_cast<double>(count) / count0)));
     const double d = s * s * std::sqrt(s);

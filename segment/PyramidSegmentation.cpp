@@ -38,13 +38,13 @@ void CPictrace::PyramidAlgo() {
   else if (!GetBlockRegions())
     return;
 
-  m_fProgressPos += PT_WEIGHT_BLOCK / m_fProgressTotal * 100;
+  m_fProgressPos = static_cast<float>(m_fProgressPos + static_cast<double>(PT_WEIGHT_BLOCK) / m_fProgressTotal * 100.0);
   ShowProgress(TruncProgress(m_fProgressPos + static_cast<double>(0.1f)));
 
   // With the default threshold of 10 this loop does not run: only low
   // sensitivities, whose threshold minus 20 reaches the block scale, merge
   // further.
-  const float stageWeight = PT_WEIGHT_PYRAMID / m_fProgressTotal * 100;
+  const double stageWeight = static_cast<double>(PT_WEIGHT_PYRAMID) / m_fProgressTotal * 100.0;
   for (double t = s_nBlockScale; t <= m_nSegmentThreshold - kThresholdOffset; t += kPyramidStep) {
     ShowProgress(TruncProgress(m_fProgressPos + stageWeight * t / m_nSegmentThreshold));
     const double d = t * t * std::sqrt(t);
@@ -69,6 +69,6 @@ void CPictrace::PyramidAlgo() {
     }
   }
 
-  m_fProgressPos += PT_WEIGHT_PYRAMID / m_fProgressTotal * 100;
+  m_fProgressPos = static_cast<float>(m_fProgressPos + static_cast<double>(PT_WEIGHT_PYRAMID) / m_fProgressTotal * 100.0);
   ShowProgress(TruncProgress(m_fProgressPos + static_cast<double>(0.1f)));
 }

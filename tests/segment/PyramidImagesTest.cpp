@@ -219,3 +219,26 @@ TEST(CopyBlockRegions, RestoresTheSavedGraph) {
 }
 
 }  // namespace
+
+namespace {
+
+// At the default threshold of 10 the pyramid loop does not run: the result
+// is the block stage's.
+TEST(PyramidAlgo, DefaultThresholdKeepsTheBlockRegions) {
+  std::vector<unsigned char> dib;
+  SegEngine e;
+  LoadExample(e, "monkey_face.png", dib);
+  ASSERT_EQ(e.m_nSegmentThreshold, 10);
+  e.PyramidAlgo();
+  int saved = 0;
+  const CRegion* r = e.m_pRegionHead;
+  for (const CRegionSnapshot* s = e.m_pBlockRegions; s; s = s->m_pNext, r = r->m_pNext, saved++) {
+    ASSERT_NE(r, nullptr);
+    EXPECT_EQ(r->m_nSize, s->m_nSize);
+    EXPECT_EQ(r->m_fRed, s->m_fRed);
+  }
+  EXPECT_EQ(r, nullptr);
+  EXPECT_EQ(saved, e.RegionCount());
+}
+
+}  // namespace

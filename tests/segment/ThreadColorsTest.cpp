@@ -118,6 +118,20 @@ TEST(SetNearestThreadColorList, UsesEachThreadOnceOnlyWhenThereAreEnough) {
   ASSERT_EQ(e.m_arrNearestColors.GetSize(), 3);
   for (int i = 0; i < 3; i++) EXPECT_EQ(e.m_arrNearestColors[i], RGB(100, 100, 100));
 
+  // Used once each, the third colour would get thread 0 (all used); the
+  // fall-back to mode 0 gives it its nearest, thread 1.
+  e.m_pThreadColors[1] = RGB(0, 0, 255);
+  e.m_arrColorList.RemoveAll();
+  e.m_arrColorList.Add(RGB(99, 99, 99));
+  e.m_arrColorList.Add(RGB(60, 60, 230));
+  e.m_arrColorList.Add(RGB(0, 0, 250));
+  e.SetNearestThreadColorList(1);  // three colours, two threads: mode 0
+  ASSERT_EQ(e.m_arrNearestColors.GetSize(), 3);
+  EXPECT_EQ(e.m_arrNearestColors[0], RGB(100, 100, 100));
+  EXPECT_EQ(e.m_arrNearestColors[1], RGB(0, 0, 255));
+  EXPECT_EQ(e.m_arrNearestColors[2], RGB(0, 0, 255));
+  e.m_pThreadColors[1] = RGB(0, 0, 0);
+
   e.m_arrLineColors.Add(RGB(5, 5, 5));
   e.m_arrLineColors.Add(RGB(1, 1, 1));
   e.SetNearestThreadLineColorList(1);
