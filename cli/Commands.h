@@ -23,6 +23,7 @@ struct Command {
 Command AddInfoCommand(CLI::App& parent);
 Command AddPreviewCommand(CLI::App& parent);
 Command AddTraceCommand(CLI::App& parent);
+Command AddLinesCommand(CLI::App& parent);
 
 // Shared by the subcommands (CliCommon.cpp).
 

@@ -144,7 +144,7 @@ std::string FormatJson(const LinesOptions& o, const CPictrace& engine, const CPT
     out.push_back(entry);
   }
   doc["lines"] = out;
-  return doc.dump(1) + "\n";
+  return doc.dump() + "\n";
 }
 
 // The segmented picture faded towards white, the centre lines on top.

@@ -26,6 +26,7 @@ int main(int argc, char** argv) {
       AddInfoCommand(app),
       AddPreviewCommand(app),
       AddTraceCommand(app),
+      AddLinesCommand(app),
   };
 
   try {
