@@ -2,6 +2,7 @@
 // regions and writes them as SVG, JSON and a PNG preview.
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <memory>
@@ -39,6 +40,8 @@ struct TraceOptions {
   std::string json;
   std::string preview;
   bool noRetry = false;
+  double denoise = -1;     // noise reduction lambda; negative: none
+  std::string background;  // SVG of the background regions
 };
 
 bool ParseSize(const std::string& text, long& w, long& h, std::string& error) {
@@ -129,7 +132,8 @@ int RunTrace(const TraceOptions& o) {
 
   ProgressBarWnd bar(isatty(STDERR_FILENO) != 0, "tracing");
   engine.m_pProgressWnd = &bar;
-  engine.BeginProgress(1);
+  engine.BeginProgress(o.denoise >= 0 ? 0 : 1);
+  if (o.denoise >= 0) engine.NoiseReduction(o.denoise);
   CDWordArray colors;
   // The engine may free the mask and null the pointer when its clean-up
   // gives up; whatever is left afterwards is ours to free.
@@ -172,11 +176,22 @@ int RunTrace(const TraceOptions& o) {
     engine.DrawPolygon(&dc, CRect(0, 0, width, height), 0, 0);
     if (!WritePng(o.preview, dc.GetBits(), width, height, dc.GetStride(), error)) return Fail(error);
   }
+  int nBackground = -1;
+  if (!o.background.empty()) {
+    engine.ExtractBackground();
+    CPTRegions background;
+    engine.GetBackgroundRegions(&background, engine.m_nOutputLineType);
+    nBackground = background.m_nRegions;
+    TraceDocument backgroundDoc = doc;
+    backgroundDoc.regions = &background;
+    if (!WriteTextFile(o.background, FormatSvg(backgroundDoc), error)) return Fail(error);
+  }
   // The summary stays off standard output when the SVG goes there.
   std::ostream& report = o.output == "-" ? std::cerr : std::cout;
   report << "trace: " << regions.m_nRegions << " regions in " << doc.colors.size()
          << " colours, " << width << " x " << height << " pixels";
   if (o.output != "-") report << " -> " << o.output;
+  if (nBackground >= 0) report << "; " << nBackground << " background regions -> " << o.background;
   report << "\n";
   return 0;
 }
@@ -211,6 +226,19 @@ Command AddTraceCommand(CLI::App& parent) {
   app->add_option("--json", o->json, "also write the regions and colours as JSON");
   app->add_option("--preview", o->preview, "also paint the regions into a PNG");
   app->add_flag("--no-retry", o->noRetry, "one clustering pass, even when the count is missed");
+  app->add_option("--denoise", o->denoise,
+                  "smooth the picture first, keeping its edges; LAMBDA >= 0, larger keeps only "
+                  "stronger edges (3000 suits noisy photographs)")
+      ->check(CLI::Validator(
+          [](std::string& text) {
+            double v = 0;
+            bool ok = CLI::detail::lexical_cast(text, v) && v >= 0 && std::isfinite(v);
+            return ok ? std::string() : "expected a number 0 or larger, not " + text;
+          },
+          "LAMBDA"));
+  app->add_option("--background", o->background,
+                  "also write the background (the frame colour's regions, with holes where the "
+                  "objects are) as SVG");
   return {app, [o]() { return RunTrace(*o); }};
 }
 
