@@ -14,6 +14,7 @@
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
 #include "thinline/LineArtJob.h"
+#include "thinline/ThinLineRecords.h"
 
 namespace pictrace {
 namespace cli {
@@ -193,6 +194,8 @@ int RunLines(const LinesOptions& o) {
   engine.GetThinLines(&lines);
   long points = 0;
   for (int i = 0; i < lines.m_nThinLines; i++) points += lines.m_pThinLines[i].m_pPolygonLines[0].m_nLines + 1;
+  long skeleton = 0;
+  for (const COutlineThinline* pLine : engine.m_listThinLines) skeleton += pLine->m_nRawPoints;
 
   if (!WriteText(o.output, FormatSvg(lines, engine.m_arrLineColors, engine.m_rcImageReal), error))
     return Fail(error);
@@ -201,7 +204,8 @@ int RunLines(const LinesOptions& o) {
   if (!o.preview.empty() && !WritePreview(engine, o.preview, error)) return Fail(error);
 
   std::ostream& report = o.output == "-" ? std::cerr : std::cout;
-  report << "lines: " << lines.m_nThinLines << " lines, " << points << " points in "
+  report << "lines: " << lines.m_nThinLines << " lines, " << points << " points (from "
+         << skeleton << " skeleton pixels) in "
          << engine.m_arrLineColors.GetSize() << " line colours, " << width << " x " << height
          << " pixels; segmentation " << result.dSegmentSeconds << " s, thinning "
          << result.dThinSeconds << " s, tracing " << result.dTraceSeconds << " s";
