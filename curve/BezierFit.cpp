@@ -21,6 +21,9 @@ using curve::Vec2;
 // at least 2.25 pixels, which rounds the blunt bends of small discs.
 const double kRawPolygonTolerance = 1.5;
 const double kRawMinSagitta = 2.25;
+// Polygon edges shorter than this may be the cut-off tip of a corner: turns
+// are judged across them.
+const double kRawShortEdge = 3.5;
 // Tangents of raw outlines are taken over four steps on each side.
 const int kRawWindow = 4;
 // Raw outlines guide the fit by a smoothing over eight points on each side.
@@ -70,7 +73,7 @@ void PrepareRaw(std::vector<Vec2> pts, bool closed, double tol, Prepared& prep) 
   prep.window = kRawWindow;
   prep.smooth = true;
   std::vector<int> polygon = curve::SimplifyChain(prep.pts, closed, kRawPolygonTolerance);
-  prep.corners = curve::SelectCorners(prep.pts, polygon, closed, kRawMinSagitta);
+  prep.corners = curve::SelectCorners(prep.pts, polygon, closed, kRawMinSagitta, kRawShortEdge);
 }
 
 // Vertex chains: corners are judged on the vertices themselves, then every
@@ -80,7 +83,7 @@ void PrepareRaw(std::vector<Vec2> pts, bool closed, double tol, Prepared& prep) 
 void PrepareVertices(const std::vector<Vec2>& vertices, bool closed, double tol, Prepared& prep) {
   std::vector<int> all(vertices.size());
   for (size_t i = 0; i < all.size(); i++) all[i] = static_cast<int>(i);
-  std::vector<int> cornerVertices = curve::SelectCorners(vertices, all, closed, 0.0);
+  std::vector<int> cornerVertices = curve::SelectCorners(vertices, all, closed, 0.0, 0.0);
   double spacing = tol * kSampleFraction;
   prep.closed = closed;
   prep.tolerance = tol - spacing * 0.5;

@@ -14,8 +14,6 @@ namespace {
 
 // cos(55 degrees): a turn steeper than this may be a corner.
 const double kCornerCos = 0.5735764363510461;
-// Polygon edges shorter than this may be the cut-off tip of a corner.
-const double kShortEdge = 3.0;
 // A corner may move this many chain points to its best place.
 const int kRefineReach = 3;
 const double kTipFlatness = 0.25;
@@ -47,18 +45,19 @@ void Simplify(const std::vector<Vec2>& pts, int a, int b, double tol, std::vecto
   }
 }
 
-// Whether the outline turns at tip by more than a corner's angle, coming
-// along a0-a1 and leaving along b0-b1, and stands out enough: the tip's depth
-// behind the chord between the two edges' midpoints is how much a smooth
-// curve through the midpoints would cut off.
-bool IsCorner(Vec2 a0, Vec2 a1, Vec2 b0, Vec2 b1, Vec2 tip, double minSagitta) {
-  Vec2 in = a1 - a0, out = b1 - b0;
+// Whether the outline turns at cur by more than a corner's angle, coming
+// from prev and leaving towards next, and stands out enough: its depth
+// behind the chord between the two arms' midpoints is how much a smooth
+// curve through the midpoints would cut off. Reports the turn's cosine.
+bool TurnsSharply(Vec2 prev, Vec2 cur, Vec2 next, double minSagitta, double& cosTurn) {
+  Vec2 in = cur - prev, out = next - cur;
   double lenIn = Length(in), lenOut = Length(out);
   if (lenIn <= 0.0 || lenOut <= 0.0) return false;
-  if (Dot(in, out) >= kCornerCos * lenIn * lenOut) return false;
-  Vec2 m1 = (a0 + a1) * 0.5, m2 = (b0 + b1) * 0.5;
+  cosTurn = Dot(in, out) / (lenIn * lenOut);
+  if (cosTurn >= kCornerCos) return false;
+  Vec2 m1 = (prev + cur) * 0.5, m2 = (cur + next) * 0.5;
   double chord = Distance(m1, m2);
-  double depth = chord > 0.0 ? std::fabs(Cross(m2 - m1, tip - m1)) / chord : Distance(tip, m1);
+  double depth = chord > 0.0 ? std::fabs(Cross(m2 - m1, cur - m1)) / chord : Distance(cur, m1);
   return depth >= minSagitta;
 }
 
@@ -127,33 +126,49 @@ std::vector<int> SimplifyChain(const std::vector<Vec2>& pts, bool bClosed, doubl
 }
 
 std::vector<int> SelectCorners(const std::vector<Vec2>& pts, const std::vector<int>& vertices,
-                               bool bClosed, double dMinSagitta) {
+                               bool bClosed, double dMinSagitta, double dShortEdge) {
   std::vector<int> corners;
   const int m = static_cast<int>(vertices.size());
-  const int n = static_cast<int>(pts.size());
   if (m < 3) return corners;
-  auto vertex = [&](int k) { return pts[vertices[((k % m) + m) % m]]; };
-  std::vector<char> isCorner(m, 0);
+  auto wrap = [m](int k) { return ((k % m) + m) % m; };
+  auto vertex = [&](int k) { return pts[vertices[wrap(k)]]; };
+  // On a closed polygon the two arms together cover at most all other
+  // vertices once.
+  const int maxSpan = bClosed ? m - 1 : m;
+  struct Candidate {
+    int k, back, ahead;  // the vertex and the far ends of its arms
+    double cosTurn;
+  };
+  std::vector<Candidate> found;
   for (int k = 0; k < m; k++) {
     if (!bClosed && (k == 0 || k == m - 1)) continue;
-    if (IsCorner(vertex(k - 1), vertex(k), vertex(k), vertex(k + 1), vertex(k), dMinSagitta)) {
-      isCorner[k] = 1;
-      corners.push_back(RefineCorner(pts, bClosed, vertices[(k + m - 1) % m], vertices[k],
-                                     vertices[(k + 1) % m]));
-    }
+    // Arms reach over short edges, so that a corner cut off by one or two
+    // short edges still shows its whole turn.
+    int b = k - 1, f = k + 1;
+    while (Distance(vertex(b), vertex(b + 1)) < dShortEdge && f - b < maxSpan && (bClosed || b > 0)) b--;
+    while (Distance(vertex(f - 1), vertex(f)) < dShortEdge && f - b < maxSpan && (bClosed || f < m - 1)) f++;
+    double cosTurn = 1.0;
+    if (TurnsSharply(vertex(b), vertex(k), vertex(f), dMinSagitta, cosTurn)) found.push_back({k, b, f, cosTurn});
   }
-  // A raster corner is often cut off by one short edge (the blunt tip of a
-  // diagonal shape): judge the edges on both sides of a short edge, and put
-  // the corner on the chain point halfway along it.
-  for (int k = 0; k < m; k++) {
-    int k1 = (k + 1) % m;
-    if (!bClosed && (k == 0 || k + 2 >= m)) continue;
-    if (isCorner[k] || isCorner[k1]) continue;
-    if (Distance(vertex(k), vertex(k + 1)) >= kShortEdge) continue;
-    int a = vertices[k], b = vertices[k1];
-    int mid = b > a ? (a + b) / 2 : ((a + b + n) / 2) % n;
-    if (IsCorner(vertex(k - 1), vertex(k), vertex(k + 1), vertex(k + 2), pts[mid], dMinSagitta))
-      corners.push_back(RefineCorner(pts, bClosed, vertices[(k + m - 1) % m], mid, vertices[(k + 2) % m]));
+  // Of candidates within one another's arms only the sharpest turn (the
+  // first of equals) is a corner.
+  const int c = static_cast<int>(found.size());
+  for (int x = 0; x < c; x++) {
+    const Candidate& cx = found[x];
+    bool beaten = false;
+    for (int dir = -1; dir <= 1 && !beaten; dir += 2) {
+      for (int step = 1; step < c && !beaten; step++) {
+        int y = bClosed ? ((x + dir * step) % c + c) % c : x + dir * step;
+        if (y < 0 || y >= c || y == x) break;
+        const Candidate& cy = found[y];
+        int pos = wrap(cy.k - cx.back);
+        if (pos <= 0 || pos >= cx.ahead - cx.back) break;
+        beaten = cy.cosTurn < cx.cosTurn || (cy.cosTurn == cx.cosTurn && cy.k < cx.k);
+      }
+    }
+    if (!beaten)
+      corners.push_back(RefineCorner(pts, bClosed, vertices[wrap(cx.back)], vertices[cx.k],
+                                     vertices[wrap(cx.ahead)]));
   }
   std::sort(corners.begin(), corners.end());
   corners.erase(std::unique(corners.begin(), corners.end()), corners.end());

@@ -16,13 +16,16 @@ namespace curve {
 // ends; a closed chain (pts without the repeated first point) starts at 0.
 std::vector<int> SimplifyChain(const std::vector<Vec2>& pts, bool bClosed, double dTolerance);
 
-// The vertices of the polygon (indices into pts) where the outline turns
-// sharply enough to be a corner: the turn is steeper than about 55 degrees and
-// the vertex lies at least dMinSagitta from the line joining the midpoints of
-// its two edges (a short, blunt bend of a small round shape is no corner).
-// The ends of an open polygon are never returned.
+// The chain points where the polygon (vertex indices into pts) turns
+// sharply enough to be a corner: seen over arms that reach past edges
+// shorter than dShortEdge on each side, the turn is steeper than about 55
+// degrees and the vertex lies at least dMinSagitta from the line joining the
+// arms' midpoints (a short, blunt bend of a small round shape is no corner).
+// Of candidates within one another's arms the sharpest wins; it is then
+// moved to the nearby chain point that stands out most. The ends of an open
+// polygon are never returned.
 std::vector<int> SelectCorners(const std::vector<Vec2>& pts, const std::vector<int>& vertices,
-                               bool bClosed, double dMinSagitta);
+                               bool bClosed, double dMinSagitta, double dShortEdge);
 
 // Unit tangent at pts[i] along the direction of the run, estimated over up to
 // nWindow points on each side within [nFirst, nLast].
