@@ -74,6 +74,7 @@ void ThinAndTrace(benchmark::State& state, const Work& source) {
   engine.SetImageRealRect(0, 0, source.width, source.height);
   engine.m_arrLineColors.Add(kLine);
   double thinSeconds = 0;
+  double traceSeconds = 0;
   size_t lines = 0;
   long points = 0;
   for (auto _ : state) {
@@ -83,7 +84,9 @@ void ThinAndTrace(benchmark::State& state, const Work& source) {
     auto start = std::chrono::steady_clock::now();
     engine.ThinningAndFat(w.dib.data(), w.mask.data(), kLine, kPaper);
     thinSeconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    start = std::chrono::steady_clock::now();
     engine.DoTraceThinningLine(w.mask.data(), w.dib.data(), 1.0);
+    traceSeconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     lines = engine.m_listThinLines.size();
   }
   CPTThinLines out;
@@ -92,6 +95,7 @@ void ThinAndTrace(benchmark::State& state, const Work& source) {
   state.counters["lines"] = static_cast<double>(lines);
   state.counters["points"] = static_cast<double>(points);
   state.counters["thin_s"] = benchmark::Counter(thinSeconds, benchmark::Counter::kAvgIterations);
+  state.counters["trace_s"] = benchmark::Counter(traceSeconds, benchmark::Counter::kAvgIterations);
   state.counters["Mpx"] = source.width * static_cast<double>(source.height) / 1e6;
 }
 
