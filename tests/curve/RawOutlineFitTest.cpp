@@ -107,6 +107,34 @@ TEST(RawOutlineFit, LShapeKeepsItsSixCornersAndStraightEdges) {
   ExpectClosedAndSmoothJoins(segs);
 }
 
+TEST(RawOutlineFit, PieSliceHasStraightRadiiAndARoundArc) {
+  // Three quarters of a disc of radius 50 around (60, 60): the two radii end
+  // at (110, 60) and (60, 110), the missing quarter's corner is the centre.
+  std::vector<int> chain = TraceOutline(120, 120, [](int x, int y) {
+    double dx = x + 0.5 - 60.0, dy = y + 0.5 - 60.0;
+    return !(dx > 0 && dy > 0) && dx * dx + dy * dy <= 2500.0;
+  });
+  std::vector<Seg> segs = Fit(chain, 0, 1.0);
+  EXPECT_LE(MaxChainDistance(segs, chain), 1.0 + kEps);
+  EXPECT_EQ(CornerCount(segs), 3);
+  ExpectClosedAndSmoothJoins(segs);
+  const double ends[3][2] = {{110, 60}, {60, 60}, {60, 110}};
+  int straight = 0;
+  for (const Seg& s : segs) {
+    for (int k = 0; k < 2; k++) {
+      bool fromEnd = s.p[0].x == ends[k][0] && s.p[0].y == ends[k][1];
+      bool toNext = s.p[3].x == ends[k + 1][0] && s.p[3].y == ends[k + 1][1];
+      if (fromEnd && toNext) {
+        straight++;
+        EXPECT_LT(ControlOffLine(s), 1e-9);
+      }
+    }
+  }
+  EXPECT_EQ(straight, 2);
+  // A three-quarter arc takes two or three cubics.
+  EXPECT_LE(segs.size(), 5u);
+}
+
 TEST(RawOutlineFit, DiamondKeepsFourCornersWithStraightSides) {
   // |x - 30| + |y - 30| < 20: staircase sides at 45 degrees.
   std::vector<int> chain = TraceOutline(60, 60, [](int x, int y) {
