@@ -51,9 +51,10 @@ void CPictrace::GetColorListFromRegion(int& nColors, CDWordArray* pList) {
   nColors = static_cast<int>(kept.size());
 }
 
-// For each stored colour: the colour is listed once if some region of it is
-// not marked, and counted once if some region of it is marked (or comes
-// after one that already listed it). Returns the count.
+// For each stored colour: listed once, by its first unmarked region; counted
+// once, by its first region that does not list it (a marked one, or any
+// after the listing one). The walk of a colour ends when both are done.
+// Returns the count.
 short CPictrace::SetLineColorList() {
   m_arrLineColors.RemoveAll();
   int result = 0;

@@ -7,6 +7,8 @@
 
 namespace {
 
+int ClampByte(int c) { return c < 0 ? 0 : c > 255 ? 255 : c; }
+
 // Rounds half away from zero.
 int RoundHalfAway(double v) {
   if (v > 0.0) return static_cast<int>(v + 0.5);
@@ -39,7 +41,11 @@ void CopyForHost(const CDWordArray& source, short* pnCount, DWORD** ppColors) {
 
 // The hue of a colour whose maximum is blue alone is fixed at 240 whatever
 // red and green are; a red maximum gives a hue that may be negative.
+// Channels are bytes; a host's value outside 0..255 is clamped first.
 void CPictrace::ConvRGB2HSV(int r, int g, int b, int& x, int& y, int& v) {
+  r = ClampByte(r);
+  g = ClampByte(g);
+  b = ClampByte(b);
   int max = r, min = r;
   if (g > max) max = g;
   if (b > max) max = b;

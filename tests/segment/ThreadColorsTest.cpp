@@ -31,6 +31,11 @@ TEST(ConvRGB2HSV, WorkedValues) {
   EXPECT_EQ(Conv(255, 0, 10), (Hcv{255, -9, 255}));
 }
 
+TEST(ConvRGB2HSV, ClampsChannelsOutsideAByte) {
+  EXPECT_EQ(Conv(2147483647, -2147483647 - 1, 255), Conv(255, 0, 255));
+  EXPECT_EQ(Conv(-5, 300, 0), Conv(0, 255, 0));
+}
+
 TEST(ConvRGB2HSV, BlueMaximumIsAlwaysHue240) {
   EXPECT_EQ(Conv(0, 0, 255), (Hcv{-128, -221, 255}));
   // delta 245 at 240 degrees, whatever red and green are.
