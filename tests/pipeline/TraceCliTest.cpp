@@ -264,3 +264,20 @@ TEST(TraceCli, BadInputIsRefusedWithAMessage) {
     EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << "\n" << r.err;
   }
 }
+
+TEST(TraceCli, ProgressBarOnlyOnATerminal) {
+  const std::string args = "trace " + testimg::ExamplePath("monkey_face.png") + " -o " +
+                           TempDir() + "/progress.svg";
+  RunResult quiet = RunCli(args);
+  ASSERT_EQ(quiet.exitCode, 0) << quiet.err;
+  EXPECT_EQ(quiet.err.find("tracing ["), std::string::npos);
+  if (std::system("command -v script >/dev/null 2>&1") != 0) GTEST_SKIP() << "no script(1)";
+  // script(1) runs the program on a pseudo-terminal and copies what it shows.
+  const std::string shown = TempDir() + "/tty.txt";
+  const std::string cmd = "script -qec \"" + std::string(PICTRACE_BINARY_DIR) + "/cli/pictrace " +
+                          args + "\" /dev/null >" + shown;
+  ASSERT_EQ(std::system(cmd.c_str()), 0);
+  std::string text = ReadFile(shown);
+  EXPECT_NE(text.find("\rtracing ["), std::string::npos);
+  EXPECT_NE(text.find("[##############################] 100%"), std::string::npos) << text;
+}
