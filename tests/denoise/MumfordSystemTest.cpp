@@ -1,10 +1,7 @@
-// The pieces of the smoothing solve: row lengths, edge field, weights, the
-// system rows against a hand-built matrix, the clamped write-back rule and
-// the sparse solver wrapper.
+// The pieces of the smoothing solve: row lengths, edge field, the system
+// rows against a hand-built matrix, and the sparse solver wrapper.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
 #include <vector>
 
 #include "segment/MumfordSystem.h"
@@ -51,23 +48,6 @@ TEST(MumfordSystem, EdgeFieldTakesTheStrongestChannel) {
   EXPECT_DOUBLE_EQ(w[0], 9.0 / (9.0 + 1e-5));
   EXPECT_DOUBLE_EQ(w[1], 25.0 / (25.0 + 1e-5));
   EXPECT_DOUBLE_EQ(w[2], 16.0 / (16.0 + 1e-5));
-
-  // A flat plane has no edges at all.
-  double flat[] = {9, 9, 9, 9};
-  const double* flatPlanes[] = {flat};
-  double z[4];
-  MumfordEdgeField(flatPlanes, 1, 2, 2, 50.0, z);
-  for (double e : z) EXPECT_EQ(e, 0.0);
-}
-
-TEST(MumfordSystem, WeightsFallWithTheEdgeField) {
-  double v[] = {0.0, 0.5, 1.0, 0.9};
-  double q[4];
-  MumfordWeights(v, 4, q);
-  EXPECT_EQ(q[0], 3.0);
-  EXPECT_EQ(q[1], 0.75);
-  EXPECT_EQ(q[2], 0.0);
-  EXPECT_NEAR(q[3], 0.03, 1e-15);
 }
 
 // Rows of the 3 x 2 system for q[k] = k + 1, written out by hand:
@@ -116,17 +96,6 @@ TEST(MumfordSystem, MatrixRowsMatchTheHandBuiltSystem) {
   for (auto& row : doubled)
     for (auto& e : row) e.value = (e.value < 0) ? 2 * e.value : 0.1 + 2 * (e.value - 0.1);
   ExpectRows(a, doubled);
-}
-
-TEST(MumfordSystem, ClampedWriteBack) {
-  EXPECT_EQ(MumfordClampByte(255.0001), 255);
-  EXPECT_EQ(MumfordClampByte(1e9), 255);
-  EXPECT_EQ(MumfordClampByte(255.0), 255);
-  EXPECT_EQ(MumfordClampByte(254.999), 254);
-  EXPECT_EQ(MumfordClampByte(0.999), 0);
-  EXPECT_EQ(MumfordClampByte(-0.5), 0);
-  EXPECT_EQ(MumfordClampByte(-1e9), 0);
-  EXPECT_EQ(MumfordClampByte(std::numeric_limits<double>::quiet_NaN()), 0);
 }
 
 TEST(SparseSolve, StructureRejectsImpossibleRows) {

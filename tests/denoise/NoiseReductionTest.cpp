@@ -61,17 +61,6 @@ TEST(NoiseReduction, ValuesPastTheByteRangeAreClamped) {
   EXPECT_EQ(blue[4], 300.0);
 }
 
-TEST(NoiseReduction, SinglePlaneIsWrittenToAllThreeBytes) {
-  DenoiseEngine e;
-  e.Install(testimg::MakeDib24(4, 2, [](int, int) { return RGB(9, 9, 9); }));
-  e.ClearWork();
-  std::vector<double> grey(8, 77.5);
-  double* planes[] = {grey.data()};
-  EXPECT_EQ(e.FiniteDifferenceLasMumfordU(planes, 1, 100.0), 1);
-  for (int row = 0; row < 2; row++)
-    for (int x = 0; x < 4; x++) EXPECT_EQ(testimg::PixelAt(e.m_pWorkBits, 4, x, row), RGB(77, 77, 77));
-}
-
 TEST(NoiseReduction, GreyPictureIsSolvedAsOnePlane) {
   // A grey step: one plane of samples, the result grey in all three bytes.
   DenoiseEngine e;
