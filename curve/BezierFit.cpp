@@ -1,5 +1,6 @@
-// The chain fitter: reads the chain, finds its corners, cuts it into runs
-// between corners and fits each run; writes the segments out.
+// The chain fitter: reads the chain, cuts it into runs between its corners
+// (or, without corners, into two halves of a smooth loop), fits each run and
+// writes the segments out.
 #include "curve/BezierFit.h"
 
 #include <algorithm>
@@ -15,29 +16,12 @@ namespace {
 using curve::Cubic;
 using curve::Vec2;
 
-// A raw outline's corners are found on a polygon that follows the staircase
-// within 1.5 pixels (loose enough to pass over the irregular steps of
-// anti-aliased edges); a corner must stand out from that polygon's chord by
-// at least 2.25 pixels, which rounds the blunt bends of small discs.
-const double kRawPolygonTolerance = 1.5;
-const double kRawMinSagitta = 2.25;
-// Polygon edges shorter than this may be the cut-off tip of a corner: turns
-// are judged across them.
-const double kRawShortEdge = 3.5;
-// Tangents of raw outlines are taken over four steps on each side.
-const int kRawWindow = 4;
 // Raw outlines guide the fit by a smoothing over eight points on each side.
 const int kSmoothHalf = 8;
 // Tangent windows at the cuts of a closed chain grow to an eighth of the
 // shorter half, up to eight times the base window.
 const int kWindowDivisor = 8;
 const int kWindowGrowth = 8;
-// Vertex chains are sampled along their edges at a quarter of the tolerance,
-// and tangents are taken over four tolerances of path.
-const double kSampleFraction = 0.25;
-const double kVertexWindowLength = 4.0;
-// A very long edge is not sampled finer than this.
-const int kMaxSamplesPerEdge = 4096;
 
 struct Piece {
   Cubic cubic;
@@ -45,70 +29,9 @@ struct Piece {
   bool cornerEnd;
 };
 
-// The samples the fit must follow, and which of them are corners.
-struct Prepared {
-  std::vector<Vec2> pts;   // closed chains: without the repeated first point
-  std::vector<int> corners;  // ascending indices into pts
-  bool closed = false;
-  double tolerance = 1.0;  // the limit for the fit at the samples
-  int window = kRawWindow;
-  bool smooth = false;  // guide the fit by the smoothed chain
-};
-
-// Drops points that repeat their predecessor, and the closing repeat of a
-// closed chain.
-std::vector<Vec2> DistinctChain(const std::vector<Vec2>& in, bool& closed) {
-  std::vector<Vec2> pts;
-  for (const Vec2& p : in)
-    if (pts.empty() || pts.back() != p) pts.push_back(p);
-  closed = in.size() > 1 && in.front() == in.back();
-  if (closed && pts.size() > 1 && pts.back() == pts.front()) pts.pop_back();
-  return pts;
-}
-
-void PrepareRaw(std::vector<Vec2> pts, bool closed, double tol, Prepared& prep) {
-  prep.pts = std::move(pts);
-  prep.closed = closed;
-  prep.tolerance = tol;
-  prep.window = kRawWindow;
-  prep.smooth = true;
-  std::vector<int> polygon = curve::SimplifyChain(prep.pts, closed, kRawPolygonTolerance);
-  prep.corners = curve::SelectCorners(prep.pts, polygon, closed, kRawMinSagitta, kRawShortEdge);
-}
-
-// Vertex chains: corners are judged on the vertices themselves, then every
-// edge is sampled so that the fit follows the whole path, not only its
-// vertices. A path point lies within half a sample spacing of a sample, so
-// the samples are held to the tolerance less that.
-void PrepareVertices(const std::vector<Vec2>& vertices, bool closed, double tol, Prepared& prep) {
-  std::vector<int> all(vertices.size());
-  for (size_t i = 0; i < all.size(); i++) all[i] = static_cast<int>(i);
-  std::vector<int> cornerVertices = curve::SelectCorners(vertices, all, closed, 0.0, 0.0);
-  double spacing = tol * kSampleFraction;
-  prep.closed = closed;
-  prep.tolerance = tol - spacing * 0.5;
-  prep.window = std::max(1, static_cast<int>(std::ceil(kVertexWindowLength / kSampleFraction)));
-  prep.pts.clear();
-  std::vector<int> sampleOf(vertices.size(), 0);
-  size_t edges = closed ? vertices.size() : vertices.size() - 1;
-  for (size_t i = 0; i < edges; i++) {
-    Vec2 a = vertices[i], b = vertices[(i + 1) % vertices.size()];
-    sampleOf[i] = static_cast<int>(prep.pts.size());
-    double pieces = std::ceil(Distance(a, b) / spacing);
-    int k = pieces >= kMaxSamplesPerEdge ? kMaxSamplesPerEdge : std::max(1, static_cast<int>(pieces));
-    for (int j = 0; j < k; j++) prep.pts.push_back(a + (b - a) * (static_cast<double>(j) / k));
-  }
-  if (!closed) {
-    sampleOf[vertices.size() - 1] = static_cast<int>(prep.pts.size());
-    prep.pts.push_back(vertices.back());
-  }
-  prep.corners.clear();
-  for (int v : cornerVertices) prep.corners.push_back(sampleOf[v]);
-}
-
 // Fits the run pts[0 .. n-1] whose two ends are corners or chain ends: a run
 // that is straight within the tolerance becomes one exactly straight cubic.
-void FitFreeRun(const Vec2* pts, int n, const Prepared& prep, std::vector<Piece>& out) {
+void FitFreeRun(const Vec2* pts, int n, const curve::PreparedChain& prep, std::vector<Piece>& out) {
   std::vector<Cubic> cubics;
   if (curve::RunIsStraight(pts, n, prep.tolerance)) {
     Cubic c;
@@ -137,7 +60,7 @@ void FitFreeRun(const Vec2* pts, int n, const Prepared& prep, std::vector<Piece>
 
 // A closed chain without corners: cut at point 0 and at the point farthest
 // from it, both cuts smooth, so the curve keeps its tangent all round.
-void FitSmoothLoop(const Prepared& prep, std::vector<Piece>& out) {
+void FitSmoothLoop(const curve::PreparedChain& prep, std::vector<Piece>& out) {
   const int n = static_cast<int>(prep.pts.size());
   std::vector<Vec2> pts = prep.pts;
   if (prep.smooth) pts = curve::SmoothRun(pts, true, kSmoothHalf, prep.tolerance * 0.5);
@@ -183,7 +106,7 @@ void FitSmoothLoop(const Prepared& prep, std::vector<Piece>& out) {
   for (const Cubic& c : cubics) out.push_back({c, false, false});
 }
 
-void FitPrepared(const Prepared& prep, std::vector<Piece>& out) {
+void FitPrepared(const curve::PreparedChain& prep, std::vector<Piece>& out) {
   const int n = static_cast<int>(prep.pts.size());
   if (prep.closed && prep.corners.empty()) {
     FitSmoothLoop(prep, out);
@@ -228,7 +151,7 @@ double* FitChain(const std::vector<Vec2>& input, int nFlag, double dTolerance, i
   nSegments = 0;
   double tol = (std::isfinite(dTolerance) && dTolerance > 0.0) ? dTolerance : 1.0;
   bool closed = false;
-  std::vector<Vec2> pts = DistinctChain(input, closed);
+  std::vector<Vec2> pts = curve::DistinctChain(input, closed);
   std::vector<Piece> pieces;
   if (pts.size() < 2) return nullptr;
   if (pts.size() == 2) {
@@ -244,11 +167,11 @@ double* FitChain(const std::vector<Vec2>& input, int nFlag, double dTolerance, i
     }
     return WriteSegments(pieces, nSegments);
   }
-  Prepared prep;
+  curve::PreparedChain prep;
   if (nFlag == kChainVertices)
-    PrepareVertices(pts, closed, tol, prep);
+    curve::PrepareVertexChain(pts, closed, tol, prep);
   else
-    PrepareRaw(std::move(pts), closed, tol, prep);
+    curve::PrepareRawChain(std::move(pts), closed, tol, prep);
   FitPrepared(prep, pieces);
   return WriteSegments(pieces, nSegments);
 }

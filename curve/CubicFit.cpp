@@ -16,13 +16,9 @@ const int kReparamRounds = 6;
 // up to this multiple of the base window.
 const int kWindowDivisor = 8;
 const int kWindowGrowth = 8;
-// Tangent tuning turns the estimate by up to atan(0.35), about 19 degrees,
-// in at most this many golden-section probes.
-const double kTuneRange = 0.35;
-const int kTuneProbes = 14;
-// Tuning is tried only where the sides miss the tolerance by this factor or
-// less.
-const double kTuneReach = 1.5;
+// A run that misses the tolerance by more than this factor is halved rather
+// than split at its worst point.
+const double kFarMiss = 1.5;
 
 struct RunFit {
   Cubic cubic;
@@ -136,60 +132,6 @@ double RunError(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, dou
   return std::sqrt(fit.maxErr2);
 }
 
-Vec2 TuneTangent(const std::vector<std::function<double(Vec2)>>& sides, Vec2 estimate,
-                 double dTolerance) {
-  // Sides far from fitting will be split again anyway; turning the tangent
-  // for them would spoil the sides that nearly fit, so only those count.
-  std::vector<const std::function<double(Vec2)>*> counted;
-  bool allFit = true;
-  for (const auto& side : sides) {
-    double e = side(estimate);
-    if (e > dTolerance) allFit = false;
-    if (e <= kTuneReach * dTolerance) counted.push_back(&side);
-  }
-  if (allFit || counted.empty()) return estimate;
-  auto error = [&](Vec2 t) {
-    double worst = 0.0;
-    for (const auto* side : counted) worst = std::max(worst, (*side)(t));
-    return worst;
-  };
-  double best = error(estimate);
-  Vec2 normal{-estimate.y, estimate.x};
-  auto turned = [&](double s) { return Normalized(estimate + normal * s); };
-  Vec2 bestT = estimate;
-  // Golden-section search over the turn; every probe is remembered, and the
-  // search stops as soon as a probe fits.
-  const double g = 0.6180339887498949;
-  double lo = -kTuneRange, hi = kTuneRange;
-  double x1 = hi - g * (hi - lo), x2 = lo + g * (hi - lo);
-  double e1 = error(turned(x1)), e2 = error(turned(x2));
-  for (int it = 0;; it++) {
-    if (e1 < best) {
-      best = e1;
-      bestT = turned(x1);
-    }
-    if (e2 < best) {
-      best = e2;
-      bestT = turned(x2);
-    }
-    if (best <= dTolerance || it == kTuneProbes) break;
-    if (e1 <= e2) {
-      hi = x2;
-      x2 = x1;
-      e2 = e1;
-      x1 = hi - g * (hi - lo);
-      e1 = error(turned(x1));
-    } else {
-      lo = x1;
-      x1 = x2;
-      e1 = e2;
-      x2 = lo + g * (hi - lo);
-      e2 = error(turned(x2));
-    }
-  }
-  return bestT;
-}
-
 void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double dTolerance,
             int nWindow, std::vector<Cubic>& out) {
   if (n < 2) return;
@@ -215,7 +157,7 @@ void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double 
     // A run that misses by far is halved: the worst point of a poor single
     // cubic often sits near an end, and cutting there leaves most of the
     // run as poor as before. A near miss is split at its worst point.
-    int cut = fit.maxErr2 > kTuneReach * kTuneReach * tol2 ? len / 2 : fit.worst;
+    int cut = fit.maxErr2 > kFarMiss * kFarMiss * tol2 ? len / 2 : fit.worst;
     int split = task.first + std::min(std::max(cut, 1), len - 2);
     // Long runs on both sides of the split call for a steadier tangent: the
     // window grows with them (a symmetric window stays exact on arcs). The

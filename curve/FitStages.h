@@ -11,6 +11,28 @@
 namespace pictrace {
 namespace curve {
 
+// A chain made ready for the fit: the points the curve must follow and
+// which of them are corners.
+struct PreparedChain {
+  std::vector<Vec2> pts;     // closed chains: without the repeated first point
+  std::vector<int> corners;  // ascending indices into pts
+  bool closed = false;
+  double tolerance = 1.0;  // the limit for the fit at the points
+  int window = 4;          // base tangent window, in points
+  bool smooth = false;     // guide the fit by the smoothed chain
+};
+
+// Drops points that repeat their predecessor; reports whether the chain is
+// closed (last point equal to the first) and then drops the closing repeat.
+std::vector<Vec2> DistinctChain(const std::vector<Vec2>& in, bool& closed);
+// A raw staircase outline of at least three distinct points: the points are
+// the chain itself, corners come from its simplified polygon.
+void PrepareRawChain(std::vector<Vec2> pts, bool closed, double tol, PreparedChain& prep);
+// A chain of at least three distinct vertices: corners are its sharp
+// vertices, the points are samples along its edges.
+void PrepareVertexChain(const std::vector<Vec2>& vertices, bool closed, double tol,
+                        PreparedChain& prep);
+
 // Vertices of a Douglas-Peucker simplification of pts, as ascending indices:
 // every point lies within dTolerance of the polygon. An open chain keeps both
 // ends; a closed chain (pts without the repeated first point) starts at 0.
