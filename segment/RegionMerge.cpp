@@ -19,6 +19,27 @@ double WardCost(const CRegion* a, const CRegion* b) {
   return static_cast<double>(product) * (dr * dr + dg * dg + db * db) / static_cast<double>(sum);
 }
 
+// 50 exp(-n / 60) for the small sizes that nearly every merge value
+// involves, computed once by the same expression; larger sizes compute it
+// afresh.
+class SmallRegionBonus {
+ public:
+  SmallRegionBonus() {
+    for (DWORD n = 0; n < kTable; n++) m_value[n] = Compute(n);
+  }
+  double operator()(DWORD n) const { return n < kTable ? m_value[n] : Compute(n); }
+
+ private:
+  static double Compute(DWORD n) { return 50.0 * std::exp(-static_cast<double>(n) / 60.0); }
+  static constexpr DWORD kTable = 2048;
+  double m_value[kTable];
+};
+
+const SmallRegionBonus& Bonus() {
+  static const SmallRegionBonus s_bonus;
+  return s_bonus;
+}
+
 CNodeNeighbor* FindLink(CRegion* owner, const CRegion* target) {
   for (CNodeNeighbor* l = owner->m_pNeighbors; l; l = l->m_pNext)
     if (l->m_pRegion == target) return l;
@@ -34,7 +55,7 @@ float CPictrace::CombineDec(CRegion* pRegion, CNodeNeighbor* pLink, double dFact
   const CRegion* other = pLink->m_pRegion;
   double cost = WardCost(pRegion, other);
   DWORD nmin = pRegion->m_nSize < other->m_nSize ? pRegion->m_nSize : other->m_nSize;
-  double bonus = 50.0 * std::exp(-static_cast<double>(nmin) / 60.0) + pLink->m_nWeakEdges;
+  double bonus = Bonus()(nmin) + pLink->m_nWeakEdges;
   return static_cast<float>(cost - dFactor * bonus);
 }
 
