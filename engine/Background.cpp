@@ -3,6 +3,7 @@
 // so that the background comes out as a few large regions whose holes are
 // exactly where the other regions lie.
 #include <cstring>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -77,23 +78,25 @@ void DeleteRegions(std::list<COutlineRegion*>& regions) {
 // destructor restores all of it, also when an allocation fails on the way.
 class SideTrace {
  public:
-  // pDIB (owned from here on, may be null) replaces the working image;
-  // pPlaced (may be null) lends its regions as the current ones.
-  SideTrace(CPictrace& engine, unsigned char* pDIB, std::list<COutlineRegion*>* pPlaced)
-      : m_e(engine), m_pDIB(pDIB), m_pPlaced(pPlaced) {
+  // pDIB (may be null) replaces the working image; pPlaced (may be null)
+  // lends its regions as the current ones. The copies that can fail come
+  // first, so that a failure leaves the engine untouched.
+  SideTrace(CPictrace& engine, std::unique_ptr<unsigned char[]> pDIB,
+            std::list<COutlineRegion*>* pPlaced)
+      : m_e(engine), m_pDIB(std::move(pDIB)), m_pPlaced(pPlaced) {
+    m_savedColors.Copy(m_e.m_arrColorList);
+    if (m_pDIB && m_e.m_pMask) {
+      size_t n = static_cast<size_t>(m_e.m_bmiHeader.biWidth) * m_e.m_bmiHeader.biHeight;
+      m_savedMask.assign(m_e.m_pMask, m_e.m_pMask + n);
+    }
     m_e.m_listOutlineRegions.swap(m_savedRegions);
     if (m_pPlaced) m_e.m_listOutlineRegions.swap(*m_pPlaced);
     m_e.m_listWorkBuffers.swap(m_savedBuffers);
-    m_savedColors.Copy(m_e.m_arrColorList);
     m_pSavedWorkDIB = m_e.m_pWorkDIB;
     m_pSavedWorkBits = m_e.m_pWorkBits;
     if (m_pDIB) {
-      m_e.m_pWorkDIB = m_pDIB;
-      m_e.m_pWorkBits = m_pDIB + 40;
-      if (m_e.m_pMask) {
-        size_t n = static_cast<size_t>(m_e.m_bmiHeader.biWidth) * m_e.m_bmiHeader.biHeight;
-        m_savedMask.assign(m_e.m_pMask, m_e.m_pMask + n);
-      }
+      m_e.m_pWorkDIB = m_pDIB.get();
+      m_e.m_pWorkBits = m_pDIB.get() + 40;
     }
     m_pSavedWnd = m_e.m_pProgressWnd;
     m_fSavedPos = m_e.m_fProgressPos;
@@ -114,7 +117,6 @@ class SideTrace {
     m_e.m_arrColorList.Copy(m_savedColors);
     m_e.m_pWorkDIB = m_pSavedWorkDIB;
     m_e.m_pWorkBits = m_pSavedWorkBits;
-    delete[] m_pDIB;
     if (m_e.m_pMask && !m_savedMask.empty())
       std::memcpy(m_e.m_pMask, m_savedMask.data(), m_savedMask.size() * sizeof(int));
     m_e.m_pProgressWnd = m_pSavedWnd;
@@ -128,7 +130,7 @@ class SideTrace {
 
  private:
   CPictrace& m_e;
-  unsigned char* m_pDIB;
+  std::unique_ptr<unsigned char[]> m_pDIB;
   std::list<COutlineRegion*>* m_pPlaced;
   std::list<COutlineRegion*> m_savedRegions;
   std::list<double*> m_savedBuffers;
@@ -160,9 +162,9 @@ int CPictrace::ExtractBackground() {
   // The copy: everything foreground, then the pixels of the background
   // regions back in the background colour.
   const size_t size = 40 + static_cast<size_t>(m_bmiHeader.biSizeImage);
-  unsigned char* pCopy = new unsigned char[size];
-  std::memcpy(pCopy, m_pWorkDIB, size);
-  unsigned char* pBits = pCopy + 40;
+  std::unique_ptr<unsigned char[]> pCopy(new unsigned char[size]);
+  std::memcpy(pCopy.get(), m_pWorkDIB, size);
+  unsigned char* pBits = pCopy.get() + 40;
   for (int y = 0; y < height; y++)
     for (int x = 0; x < width; x++) PaintPixel(pBits + y * stride + 3 * x, foreground);
   for (const COutlineRegion* pRegion : m_listOutlineRegions) {
@@ -175,7 +177,7 @@ int CPictrace::ExtractBackground() {
     }
   }
 
-  SideTrace scope(*this, pCopy, nullptr);
+  SideTrace scope(*this, std::move(pCopy), nullptr);
   unsigned char* pNoMask = nullptr;
   GetOutline4Cartoon2(m_dSegmentParam, &pNoMask);
   // Keep the regions traced from background pixels; the component keeps
