@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "curve/BezierFit.h"
@@ -110,4 +111,47 @@ TEST(DegenerateChain, TinyClosedShapesStillCloseExactly) {
   ASSERT_FALSE(tri.empty());
   EXPECT_EQ(tri.back().p[3].x, 0.0);
   EXPECT_EQ(tri.back().p[3].y, 0.0);
+}
+
+TEST(DegenerateChain, RandomChainsKeepTheContract) {
+  // Short random chains, often doubling back and repeating points: the
+  // segments join exactly, close when the chain does, and stay within the
+  // tolerance of every point (raw) or of the whole path (vertices).
+  uint32_t state = 99u;
+  auto next = [&](int range) {
+    state = state * 1664525u + 1013904223u;
+    return static_cast<int>((state >> 8) % static_cast<uint32_t>(range));
+  };
+  for (int round = 0; round < 300; round++) {
+    SCOPED_TRACE(round);
+    int n = next(30);
+    std::vector<int> chain;
+    for (int i = 0; i < n; i++) {
+      chain.push_back(next(21) - 10);
+      chain.push_back(next(21) - 10);
+    }
+    bool closed = n > 1 && next(2) == 0;
+    if (closed) {
+      chain.push_back(chain[0]);
+      chain.push_back(chain[1]);
+    }
+    for (int flag = 0; flag <= 1; flag++) {
+      std::vector<Seg> segs = Fit(chain, flag, 1.0);
+      for (size_t i = 0; i + 1 < segs.size(); i++) {
+        EXPECT_EQ(segs[i].p[3].x, segs[i + 1].p[0].x);
+        EXPECT_EQ(segs[i].p[3].y, segs[i + 1].p[0].y);
+      }
+      if (segs.empty()) continue;
+      if (closed) {
+        EXPECT_EQ(segs.back().p[3].x, segs.front().p[0].x);
+        EXPECT_EQ(segs.back().p[3].y, segs.front().p[0].y);
+      }
+      if (flag == 0) {
+        EXPECT_LE(MaxChainDistance(segs, chain), 1.0 + 1e-9);
+      } else {
+        std::vector<double> path(chain.begin(), chain.end());
+        EXPECT_LE(MaxPathDistance(segs, path), 1.0 + 1e-9);
+      }
+    }
+  }
 }
