@@ -7,6 +7,7 @@
 #include "segment/BlockScale.h"
 #include "segment/EdgeMap.h"
 #include "segment/GreedyMerge.h"
+#include "segment/MergeIndex.h"
 #include "segment/RegionGraph.h"
 #include "segment/SafeConvert.h"
 
@@ -59,13 +60,15 @@ int CPictrace::GetBlockRegions() {
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) count0++;
   long long count = count0;
   double step = kScaleStep, s = 1.0;
+  RegionPositions positions(m_pRegionHead);  // for the whole stage
   const double stageWeight = static_cast<double>(PT_WEIGHT_BLOCK) / m_fProgressTotal * 100.0;
   while (s <= s_nBlockScale && s_nBlockScale < kLastScale) {
     ShowProgress(TruncProgress(m_fProgressPos + stageWeight * (1.0 - static_cast<double>(count) / count0)));
     const double d = s * s * std::sqrt(s);
     s_nBlockSizeLimit = BlockSizeLimitAt(s);
     RemovingDecrease(d);
-    GreedyCounts done = MergeFirstFitIndexed(m_pRegionHead, static_cast<DWORD>(s_nBlockSizeLimit), [&](CRegion* a) {
+    if (positions.Live() * 2 < positions.Size()) positions = RegionPositions(m_pRegionHead);
+    GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, static_cast<DWORD>(s_nBlockSizeLimit), [&](CRegion* a) {
       CombineRegion(a);
       a->m_fDecrease = 0.0f;
       UpdateRemovingDecrease(a, d);

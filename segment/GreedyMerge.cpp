@@ -74,12 +74,20 @@ GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge) {
 // best link, size behind the best link), and the absorbed region leaves;
 // every other region keeps its state, so the index stays exact by
 // refreshing exactly those.
-GreedyCounts MergeFirstFitIndexed(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
+GreedyCounts MergeFirstFitIndexed(RegionPositions& pos, CRegion* const& pHead, DWORD nLimit,
+                                  const MergeStep& merge) {
   GreedyCounts counts;
-  RegionPositions pos(pHead);
-  int n = pos.Size();
-  PositionCounter qualifies(n), blocked(n);
+  const int n = pos.Size();
+  std::vector<unsigned char> isQualified(static_cast<size_t>(n), 0), isBlocked(static_cast<size_t>(n), 0);
   std::vector<FitState> state(static_cast<size_t>(n), kNone);
+  for (int i = 0; i < n; i++) {
+    if (!pos.At(i)) continue;
+    FitState s = StateOf(pos.At(i), nLimit);
+    state[static_cast<size_t>(i)] = s;
+    isQualified[static_cast<size_t>(i)] = s == kQualifies;
+    isBlocked[static_cast<size_t>(i)] = s == kBlocked;
+  }
+  PositionCounter qualifies(isQualified), blocked(isBlocked);
   auto setState = [&](int i, FitState s) {
     FitState& old = state[static_cast<size_t>(i)];
     if (old == s) return;
@@ -89,10 +97,9 @@ GreedyCounts MergeFirstFitIndexed(CRegion* const& pHead, DWORD nLimit, const Mer
     if (s == kBlocked) blocked.Add(i, 1);
     old = s;
   };
-  for (int i = 0; i < n; i++) setState(i, StateOf(pos.At(i), nLimit));
 
   CRegion* cursor = pHead;
-  int p = 0;
+  int p = pos.Of(pHead);
   while (cursor) {
     int q = qualifies.FindNth(qualifies.CountBelow(p) + 1);  // n when none
     counts.blocked += static_cast<std::uint64_t>(blocked.CountBelow(q) - blocked.CountBelow(p));
@@ -101,7 +108,10 @@ GreedyCounts MergeFirstFitIndexed(CRegion* const& pHead, DWORD nLimit, const Mer
       int b = pos.Of(a->m_pBestNeighbor->m_pRegion);
       merge(a);
       counts.merges++;
-      if (b >= 0) setState(b, kNone);
+      if (b >= 0) {
+        setState(b, kNone);
+        pos.Remove(b);
+      }
       setState(q, StateOf(a, nLimit));
       for (CNodeNeighbor* l = a->m_pNeighbors; l; l = l->m_pNext) {
         int x = pos.Of(l->m_pRegion);
@@ -119,15 +129,16 @@ GreedyCounts MergeFirstFitIndexed(CRegion* const& pHead, DWORD nLimit, const Mer
   return counts;
 }
 
-GreedyCounts MergeGlobalMinIndexed(CRegion* const& pHead, const MergeStep& merge) {
+GreedyCounts MergeGlobalMinIndexed(RegionPositions& pos, CRegion* const& pHead, const MergeStep& merge) {
   GreedyCounts counts;
-  RegionPositions pos(pHead);
-  int n = pos.Size();
-  LeftmostMinTree values(n);
-  for (int i = 0; i < n; i++) values.Set(i, pos.At(i)->m_fDecrease);
+  const int n = pos.Size();
+  std::vector<float> initial(static_cast<size_t>(n), std::numeric_limits<float>::infinity());
+  for (int i = 0; i < n; i++)
+    if (pos.At(i)) initial[static_cast<size_t>(i)] = pos.At(i)->m_fDecrease;
+  LeftmostMinTree values(initial);
 
   CRegion* cursor = pHead;
-  int p = 0;
+  int p = pos.Of(pHead);
   while (cursor) {
     float min = values.MinFrom(p);
     if (min < 0.0f) {
@@ -136,7 +147,10 @@ GreedyCounts MergeGlobalMinIndexed(CRegion* const& pHead, const MergeStep& merge
       int b = pos.Of(a->m_pBestNeighbor->m_pRegion);
       merge(a);
       counts.merges++;
-      if (b >= 0) values.Set(b, std::numeric_limits<float>::infinity());
+      if (b >= 0) {
+        values.Set(b, std::numeric_limits<float>::infinity());
+        pos.Remove(b);
+      }
       values.Set(q, a->m_fDecrease);
       for (CNodeNeighbor* l = a->m_pNeighbors; l; l = l->m_pNext) {
         int x = pos.Of(l->m_pRegion);

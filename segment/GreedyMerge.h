@@ -10,8 +10,10 @@
 // Each loop exists twice: a literal list scan, and an indexed version that
 // finds the same candidate and counts the same skips without walking the
 // list (the literal scan is quadratic in the region count on photographs).
-// The engine uses the indexed one; the tests hold the two against each
-// other.
+// The indexed loops take the positions of the regions, built once for a
+// whole stage (scale after scale) and kept up to date as regions merge
+// away. The engine uses the indexed loops; the tests hold the two against
+// each other.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +22,7 @@
 #include "AfxWin.h"
 
 class CRegion;
+class RegionPositions;
 
 // Merges the candidate's best neighbour into it and refreshes the values
 // around it (CombineRegion, then UpdateRemovingDecrease).
@@ -33,8 +36,9 @@ struct GreedyCounts {
 // Block stage: a region qualifies when its value is negative and both it
 // and the region behind its best link hold at most nLimit pixels.
 GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge);
-GreedyCounts MergeFirstFitIndexed(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge);
+GreedyCounts MergeFirstFitIndexed(RegionPositions& positions, CRegion* const& pHead, DWORD nLimit,
+                                  const MergeStep& merge);
 
 // Pyramid stage: the lowest negative value from the cursor on.
 GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge);
-GreedyCounts MergeGlobalMinIndexed(CRegion* const& pHead, const MergeStep& merge);
+GreedyCounts MergeGlobalMinIndexed(RegionPositions& positions, CRegion* const& pHead, const MergeStep& merge);

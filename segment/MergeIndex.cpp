@@ -1,38 +1,53 @@
 #include "segment/MergeIndex.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "segment/RegionGraph.h"
 
 RegionPositions::RegionPositions(CRegion* pHead) {
   for (CRegion* r = pHead; r; r = r->m_pNext) m_regions.push_back(r);
+  m_nLive = static_cast<int>(m_regions.size());
   size_t capacity = 16;
   while (capacity < 2 * m_regions.size()) capacity *= 2;
   m_mask = capacity - 1;
-  m_keys.assign(capacity, nullptr);
-  m_values.assign(capacity, -1);
-  for (size_t i = 0; i < m_regions.size(); i++) {
-    size_t s = Slot(m_regions[i]);
-    m_keys[s] = m_regions[i];
-    m_values[s] = static_cast<int>(i);
-  }
+  m_slots.assign(capacity, Slotted{nullptr, -1});
+  for (size_t i = 0; i < m_regions.size(); i++) m_slots[Slot(m_regions[i])] = Slotted{m_regions[i], static_cast<int>(i)};
 }
 
 size_t RegionPositions::Slot(const CRegion* pRegion) const {
   std::uint64_t h = reinterpret_cast<std::uintptr_t>(pRegion) >> 3;
   h *= 0x9E3779B97F4A7C15ull;
   size_t s = static_cast<size_t>(h >> 20) & m_mask;
-  while (m_keys[s] && m_keys[s] != pRegion) s = (s + 1) & m_mask;
+  while (m_slots[s].key && m_slots[s].key != pRegion) s = (s + 1) & m_mask;
   return s;
 }
 
 int RegionPositions::Of(const CRegion* pRegion) const {
   if (!pRegion) return -1;
-  return m_values[Slot(pRegion)];
+  return m_slots[Slot(pRegion)].position;
+}
+
+// The key stays in its slot, so that the probe chains through it hold.
+void RegionPositions::Remove(int i) {
+  CRegion*& r = m_regions[static_cast<size_t>(i)];
+  if (!r) return;
+  m_slots[Slot(r)].position = -1;
+  r = nullptr;
+  m_nLive--;
 }
 
 PositionCounter::PositionCounter(int n) : m_n(n), m_top(1), m_tree(static_cast<size_t>(n) + 1, 0) {
   while (m_top * 2 <= m_n) m_top *= 2;
+}
+
+PositionCounter::PositionCounter(const std::vector<unsigned char>& flags)
+    : PositionCounter(static_cast<int>(flags.size())) {
+  for (int k = 1; k <= m_n; k++) {
+    m_tree[static_cast<size_t>(k)] += flags[static_cast<size_t>(k - 1)];
+    int parent = k + (k & -k);
+    if (parent <= m_n) m_tree[static_cast<size_t>(parent)] += m_tree[static_cast<size_t>(k)];
+  }
 }
 
 void PositionCounter::Add(int i, int delta) {
@@ -61,6 +76,15 @@ int PositionCounter::FindNth(std::int64_t n) const {
 LeftmostMinTree::LeftmostMinTree(int n) : m_size(1) {
   while (m_size < n) m_size *= 2;
   m_tree.assign(2 * static_cast<size_t>(m_size), std::numeric_limits<float>::infinity());
+}
+
+LeftmostMinTree::LeftmostMinTree(const std::vector<float>& values)
+    : LeftmostMinTree(static_cast<int>(values.size())) {
+  std::copy(values.begin(), values.end(), m_tree.begin() + m_size);
+  for (size_t k = static_cast<size_t>(m_size); k-- > 1;) {
+    float l = m_tree[2 * k], r = m_tree[2 * k + 1];
+    m_tree[k] = r < l ? r : l;
+  }
 }
 
 void LeftmostMinTree::Set(int i, float v) {

@@ -11,26 +11,38 @@
 
 class CRegion;
 
-// Position of every region of a list, in list order, found by address.
+// Position of every region of a list, in list order, found by address. It
+// lives for a whole stage: regions that merge away are removed, and no
+// region is created while it lives, so no address comes back.
 class RegionPositions {
  public:
   explicit RegionPositions(CRegion* pHead);
   int Size() const { return static_cast<int>(m_regions.size()); }
-  CRegion* At(int i) const { return m_regions[static_cast<std::size_t>(i)]; }
-  int Of(const CRegion* pRegion) const;  // -1 when not in the list
+  CRegion* At(int i) const { return m_regions[static_cast<std::size_t>(i)]; }  // null once removed
+  int Of(const CRegion* pRegion) const;  // -1 when not in the list or removed
+  void Remove(int i);
+  // Live regions; a stage renumbers (builds anew) once most have gone, so
+  // that work per scale follows the live count.
+  int Live() const { return m_nLive; }
 
  private:
   std::size_t Slot(const CRegion* pRegion) const;
   std::vector<CRegion*> m_regions;
-  std::vector<const CRegion*> m_keys;  // open addressing, linear probing
-  std::vector<int> m_values;
+  struct Slotted {
+    const CRegion* key;
+    int position;
+  };
+  std::vector<Slotted> m_slots;  // open addressing, linear probing; key and value share a line
   std::size_t m_mask = 0;
+  int m_nLive = 0;
 };
 
 // Counts of flagged positions (a Fenwick tree).
 class PositionCounter {
  public:
   explicit PositionCounter(int n);
+  // Built in linear time from one flag (0 or 1) per position.
+  PositionCounter(const std::vector<unsigned char>& flags);
   void Add(int i, int delta);
   std::int64_t CountBelow(int i) const;  // flagged positions < i
   int FindNth(std::int64_t n) const;     // position of the n-th flagged (1-based), or size
@@ -47,6 +59,8 @@ class PositionCounter {
 class LeftmostMinTree {
  public:
   explicit LeftmostMinTree(int n);
+  // Built in linear time from one value per position.
+  explicit LeftmostMinTree(const std::vector<float>& values);
   void Set(int i, float v);
   float MinFrom(int p) const;               // +inf for an empty suffix
   int FirstAtMost(int p, float bound) const;  // first i >= p with value <= bound, or -1

@@ -5,6 +5,7 @@
 #include "Pictrace.h"
 #include "segment/BlockScale.h"
 #include "segment/GreedyMerge.h"
+#include "segment/MergeIndex.h"
 #include "segment/RegionGraph.h"
 #include "segment/SafeConvert.h"
 
@@ -44,12 +45,14 @@ void CPictrace::PyramidAlgo() {
   // With the default threshold of 10 this loop does not run: only low
   // sensitivities, whose threshold minus 20 reaches the block scale, merge
   // further.
+  RegionPositions positions(m_pRegionHead);  // for the whole stage
   const double stageWeight = static_cast<double>(PT_WEIGHT_PYRAMID) / m_fProgressTotal * 100.0;
   for (double t = s_nBlockScale; t <= m_nSegmentThreshold - kThresholdOffset; t += kPyramidStep) {
     ShowProgress(TruncProgress(m_fProgressPos + stageWeight * t / m_nSegmentThreshold));
     const double d = t * t * std::sqrt(t);
     RemovingDecrease(d);
-    MergeGlobalMinIndexed(m_pRegionHead, [&](CRegion* a) {
+    if (positions.Live() * 2 < positions.Size()) positions = RegionPositions(m_pRegionHead);
+    MergeGlobalMinIndexed(positions, m_pRegionHead, [&](CRegion* a) {
       CombineRegion(a);
       a->m_fDecrease = 0.0f;
       UpdateRemovingDecrease(a, d);

@@ -16,21 +16,31 @@ namespace {
 using FirstFit = GreedyCounts (*)(CRegion* const&, DWORD, const MergeStep&);
 using GlobalMin = GreedyCounts (*)(CRegion* const&, const MergeStep&);
 
+// The indexed loops over positions taken just before.
+GreedyCounts FirstFitIndexed(CRegion* const& head, DWORD limit, const MergeStep& merge) {
+  RegionPositions pos(head);
+  return MergeFirstFitIndexed(pos, head, limit, merge);
+}
+GreedyCounts GlobalMinIndexed(CRegion* const& head, const MergeStep& merge) {
+  RegionPositions pos(head);
+  return MergeGlobalMinIndexed(pos, head, merge);
+}
+
 // Regions with preset values; the stand-in merge only records the candidate
-// and clears its value, so that the order of the scans shows.
+// and clears its value, so that the order of the scans shows. Best links
+// lead to a region outside the list, which the stand-in never absorbs.
 struct ValueList {
   SegEngine e;
+  CRegion outsider;
   std::vector<CRegion*> r;
   std::vector<int> order;
   ValueList(std::initializer_list<float> values) {
     for (float v : values) {
       CRegion* region = e.AddRegion(0, 0, 0, 0);
       region->m_fDecrease = v;
+      region->m_pBestNeighbor = AddLink(region, &outsider, 0);
       r.push_back(region);
     }
-    // every region's best link points at its successor (or the head)
-    for (size_t i = 0; i < r.size(); i++)
-      r[i]->m_pBestNeighbor = AddLink(r[i], r[(i + 1) % r.size()], 0);
   }
   MergeStep Recorder() {
     return [this](CRegion* c) {
@@ -67,7 +77,7 @@ TEST_P(GlobalMinLoop, NothingNegativeMergesNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(LiteralAndIndexed, GlobalMinLoop,
-                         ::testing::Values(&MergeGlobalMinScan, &MergeGlobalMinIndexed));
+                         ::testing::Values(&MergeGlobalMinScan, &GlobalMinIndexed));
 
 class FirstFitLoop : public ::testing::TestWithParam<FirstFit> {};
 
@@ -77,13 +87,16 @@ TEST_P(FirstFitLoop, TakesTheFirstNegativeRegionNotTheLowest) {
   EXPECT_EQ(g.order, (std::vector<int>{0, 1, 2}));
 }
 
-// Region 0 is too big and region 3's best neighbour (region 0) too: each
+// Region 0 is too big and region 3's best neighbour too: each
 // scan that meets them counts a skip. Scan 1 skips 0 and merges 1; scan 2
 // from 1 skips 3; scan 3 from the head skips 0 and 3 and ends the scale.
 TEST_P(FirstFitLoop, CountsEverySizeSkipOfEveryScan) {
   ValueList g{-1.0f, -2.0f, 0.0f, -3.0f};
   g.r[0]->m_nSize = 9;
   for (int i = 1; i < 4; i++) g.r[static_cast<size_t>(i)]->m_nSize = 8;
+  CRegion big;
+  big.m_nSize = 9;
+  g.r[3]->m_pBestNeighbor = AddLink(g.r[3], &big, 0);
   GreedyCounts c = GetParam()(g.e.m_pRegionHead, 8, g.Recorder());
   EXPECT_EQ(g.order, (std::vector<int>{1}));
   EXPECT_EQ(c.merges, 1u);
@@ -94,12 +107,13 @@ TEST_P(FirstFitLoop, SizeLimitIsInclusive) {
   ValueList g{-1.0f, -1.0f};
   g.r[0]->m_nSize = 8;
   g.r[1]->m_nSize = 8;
+  g.outsider.m_nSize = 8;
   GetParam()(g.e.m_pRegionHead, 8, g.Recorder());
   EXPECT_EQ(g.order, (std::vector<int>{0, 1}));
 }
 
 INSTANTIATE_TEST_SUITE_P(LiteralAndIndexed, FirstFitLoop,
-                         ::testing::Values(&MergeFirstFitScan, &MergeFirstFitIndexed));
+                         ::testing::Values(&MergeFirstFitScan, &FirstFitIndexed));
 
 TEST(MergeIndex, PositionsAndCounters) {
   SegEngine e;
@@ -113,6 +127,11 @@ TEST(MergeIndex, PositionsAndCounters) {
   }
   CRegion outsider;
   EXPECT_EQ(pos.Of(&outsider), -1);
+  pos.Remove(7);
+  EXPECT_EQ(pos.Live(), 49);
+  EXPECT_EQ(pos.Of(r[7]), -1);
+  EXPECT_EQ(pos.At(7), nullptr);
+  EXPECT_EQ(pos.Of(r[8]), 8);
 
   PositionCounter c(10);
   c.Add(3, 1);
@@ -121,15 +140,17 @@ TEST(MergeIndex, PositionsAndCounters) {
   EXPECT_EQ(c.FindNth(c.CountBelow(4) + 1), 7);
   EXPECT_EQ(c.FindNth(c.CountBelow(8) + 1), 10);  // none left: the size
   EXPECT_EQ(c.CountBelow(8) - c.CountBelow(3), 2);
+  PositionCounter built(std::vector<unsigned char>{0, 0, 0, 1, 0, 0, 0, 1, 0, 0});
+  for (int i = 0; i <= 10; i++) EXPECT_EQ(built.CountBelow(i), c.CountBelow(i));
 
-  LeftmostMinTree t(6);
-  float v[] = {0.0f, -2.0f, 5.0f, -2.0f, -1.0f, 0.0f};
-  for (int i = 0; i < 6; i++) t.Set(i, v[i]);
+  LeftmostMinTree t(std::vector<float>{0.0f, -2.0f, 5.0f, -2.0f, -1.0f, 0.0f});
   EXPECT_EQ(t.MinFrom(0), -2.0f);
   EXPECT_EQ(t.FirstAtMost(0, -2.0f), 1);
   EXPECT_EQ(t.FirstAtMost(2, -2.0f), 3);
   EXPECT_EQ(t.MinFrom(4), -1.0f);
   EXPECT_EQ(t.FirstAtMost(5, -1.0f), -1);
+  t.Set(1, 0.0f);
+  EXPECT_EQ(t.FirstAtMost(0, t.MinFrom(0)), 3);
 }
 
 // A picture of a few noisy colour patches gives a graph with many small
@@ -162,7 +183,8 @@ void SeedGraph(SegEngine& e, std::vector<unsigned char>& dib) {
 }
 
 // The indexed loops must pick the same candidates and count the same skips
-// as the literal scans, scale after scale.
+// as the literal scans, scale after scale, with positions kept for the
+// whole stage as the engine keeps them.
 TEST(GreedyMergeIndexed, MatchesTheLiteralScanOnRandomPictures) {
   for (unsigned seed = 1; seed <= 4; seed++) {
     auto dib = RandomPicture(seed, 37 + 4 * static_cast<int>(seed), 29);
@@ -170,6 +192,7 @@ TEST(GreedyMergeIndexed, MatchesTheLiteralScanOnRandomPictures) {
     SeedGraph(lit, dib);
     SeedGraph(idx, dib);
     ASSERT_GT(lit.RegionCount(), 100);
+    RegionPositions blockPositions(idx.m_pRegionHead);
     for (double s = 1.0; s < 6.0; s += 0.7) {
       const double d = s * s * std::sqrt(s);
       const DWORD limit = static_cast<DWORD>(std::pow(2.0, s) * 4);
@@ -183,7 +206,7 @@ TEST(GreedyMergeIndexed, MatchesTheLiteralScanOnRandomPictures) {
       lit.RemovingDecrease(d);
       idx.RemovingDecrease(d);
       GreedyCounts cl = MergeFirstFitScan(lit.m_pRegionHead, limit, step(lit));
-      GreedyCounts ci = MergeFirstFitIndexed(idx.m_pRegionHead, limit, step(idx));
+      GreedyCounts ci = MergeFirstFitIndexed(blockPositions, idx.m_pRegionHead, limit, step(idx));
       EXPECT_EQ(cl.merges, ci.merges) << "seed " << seed << " s " << s;
       EXPECT_EQ(cl.blocked, ci.blocked) << "seed " << seed << " s " << s;
       ExpectSameGraph(lit, idx);
@@ -192,6 +215,7 @@ TEST(GreedyMergeIndexed, MatchesTheLiteralScanOnRandomPictures) {
     SegEngine lit2, idx2;
     SeedGraph(lit2, dib);
     SeedGraph(idx2, dib);
+    RegionPositions pyramidPositions(idx2.m_pRegionHead);
     for (double t = 1.0; t < 40.0; t += 3.5) {
       const double d = t * t * std::sqrt(t);
       auto step = [d](SegEngine& e) {
@@ -204,7 +228,7 @@ TEST(GreedyMergeIndexed, MatchesTheLiteralScanOnRandomPictures) {
       lit2.RemovingDecrease(d);
       idx2.RemovingDecrease(d);
       GreedyCounts cl = MergeGlobalMinScan(lit2.m_pRegionHead, step(lit2));
-      GreedyCounts ci = MergeGlobalMinIndexed(idx2.m_pRegionHead, step(idx2));
+      GreedyCounts ci = MergeGlobalMinIndexed(pyramidPositions, idx2.m_pRegionHead, step(idx2));
       EXPECT_EQ(cl.merges, ci.merges) << "seed " << seed << " t " << t;
       ExpectSameGraph(lit2, idx2);
     }
