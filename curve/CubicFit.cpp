@@ -145,13 +145,18 @@ void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double 
   tasks.push_back({0, n - 1, t1, t2});
   std::vector<double> u;
   double tol2 = dTolerance * dTolerance;
+  struct Done {
+    Task task;
+    Cubic cubic;
+  };
+  std::vector<Done> done;
   while (!tasks.empty()) {
     Task task = tasks.back();
     tasks.pop_back();
     RunFit fit;
     int len = task.last - task.first + 1;
     if (FitOne(pts + task.first, guide + task.first, len, task.t1, task.t2, tol2, u, fit)) {
-      out.push_back(fit.cubic);
+      done.push_back({task, fit.cubic});
       continue;
     }
     // A run that misses by far is halved: the worst point of a poor single
@@ -176,6 +181,25 @@ void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double 
     tasks.push_back({split, task.last, t, task.t2});
     tasks.push_back({task.first, split, task.t1, t * -1.0});
   }
+  // Splits are chosen one at a time, so two neighbours may together fit one
+  // cubic after all; each piece is tried against the merged piece before it.
+  std::vector<Done> merged;
+  for (const Done& d : done) {
+    if (!merged.empty()) {
+      Done& back = merged.back();
+      RunFit fit;
+      int len = d.task.last - back.task.first + 1;
+      if (FitOne(pts + back.task.first, guide + back.task.first, len, back.task.t1, d.task.t2, tol2, u,
+                 fit)) {
+        back.task.last = d.task.last;
+        back.task.t2 = d.task.t2;
+        back.cubic = fit.cubic;
+        continue;
+      }
+    }
+    merged.push_back(d);
+  }
+  for (const Done& d : merged) out.push_back(d.cubic);
 }
 
 }  // namespace curve
