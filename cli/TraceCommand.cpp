@@ -42,7 +42,23 @@ struct TraceOptions {
   bool noRetry = false;
   double denoise = -1;     // noise reduction lambda; negative: none
   std::string background;  // SVG of the background regions
+  bool dropBackground = false;     // leave the frame's background colour out
+  std::vector<std::string> marks;  // "X,Y": toggle the region under that pixel
 };
+
+// "X,Y" as two integers.
+bool ParsePoint(const std::string& text, int& x, int& y) {
+  size_t comma = text.find(',');
+  if (comma == std::string::npos) return false;
+  try {
+    size_t endX = 0, endY = 0;
+    x = std::stoi(text.substr(0, comma), &endX);
+    y = std::stoi(text.substr(comma + 1), &endY);
+    return endX == comma && endY == text.size() - comma - 1 && endX > 0 && endY > 0;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
 
 bool ParseSize(const std::string& text, long& w, long& h, std::string& error) {
   size_t x = text.find_first_of("xX");
@@ -113,6 +129,17 @@ int RunTrace(const TraceOptions& o) {
   // region); the default keeps one output unit per pixel.
   engine.SetImageRealRect(0, 0, outW, outH);
 
+  // Marks name pixels with y from the top; the engine's rows run bottom-up.
+  std::vector<std::pair<int, int>> marks;
+  for (const std::string& text : o.marks) {
+    int x = 0, y = 0;
+    if (!ParsePoint(text, x, y)) return Fail("--mark " + text + ": expected X,Y, for example 120,45");
+    if (x < 0 || y < 0 || x >= width || y >= height)
+      return Fail("--mark " + text + ": outside the " + std::to_string(width) + " x " +
+                  std::to_string(height) + " picture");
+    marks.emplace_back(x, height - 1 - y);
+  }
+
   std::unique_ptr<unsigned char[]> maskOwner;
   unsigned char* pMask = nullptr;
   if (!o.mask.empty()) {
@@ -145,6 +172,14 @@ int RunTrace(const TraceOptions& o) {
 
   if (!engine.HasOutlines()) return Fail(o.input + ": no regions were found");
   if (!table.empty()) engine.SetNearestThreadColorList(o.threadMode);
+
+  // The marks a host's user would make by clicking: the regions flagged
+  // here are left out of the output and drawn hatched in the preview.
+  if (o.dropBackground) engine.MarkBackground();
+  for (const auto& m : marks)
+    if (!engine.MarkRegion(m.first, m.second, 0))
+      std::cerr << "pictrace: --mark " << m.first << "," << height - 1 - m.second
+                << ": no region there\n";
 
   CPTRegions regions;
   engine.GetRegions(&regions, engine.m_nOutputLineType);
@@ -239,6 +274,11 @@ Command AddTraceCommand(CLI::App& parent) {
   app->add_option("--background", o->background,
                   "also write the background (the frame colour's regions, with holes where the "
                   "objects are) as SVG");
+  app->add_flag("--drop-background", o->dropBackground,
+               "leave out the regions of the background colour (the largest colour on the frame)");
+  app->add_option("--mark", o->marks,
+                  "X,Y: toggle the region under pixel X,Y (Y from the top) in or out of the output; "
+                  "repeatable");
   return {app, [o]() { return RunTrace(*o); }};
 }
 
