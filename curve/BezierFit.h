@@ -39,7 +39,8 @@ enum BezierChainKind {
 double* FitBezierChain(const int* pPoints, int nLast, int nFlag, double dTolerance, int& nSegments);
 
 // The same for a chain of double coordinates (used where points are not on
-// the integer grid, such as a host's polygons in output units).
+// the integer grid, such as a host's polygons in output units). Points with
+// a coordinate that is not finite are left out.
 double* FitBezierChainD(const double* pPoints, int nLast, int nFlag, double dTolerance,
                         int& nSegments);
 
