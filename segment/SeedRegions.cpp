@@ -92,6 +92,8 @@ int CPictrace::SetupGraph(unsigned char* pBits, double* pEdge) {
     }
   }
 
+  std::vector<QueuedPixel>().swap(queue);  // not needed for the links
+
   // Links, in pixel order. The last link made to each target is remembered
   // per region, so that finding an existing link costs nothing.
   std::vector<std::int32_t> linkedBy(regions.size(), -1);
