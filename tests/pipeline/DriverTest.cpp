@@ -2,6 +2,7 @@
 // hand with chosen targets and comparing the engine state with DoSegmentation.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <set>
 
@@ -204,6 +205,29 @@ TEST(Driver, CartoonMaskTakesPartInTheFirstPassOnly) {
   EXPECT_EQ(pixelsInRegions(retried), w * h);
   delete[] mask1;
   delete[] mask2;
+}
+
+TEST(Driver, ClusteringAndPolygonStagesCloseTheProgress) {
+  // A job without noise reduction is 80 units: the two pyramid stages end at
+  // 50 %, the clustering stage at 75 %, the output polygons at 100 %.
+  struct Log : CWnd {
+    LRESULT SendMessage(UINT message, WPARAM wParam, LPARAM) override {
+      if (message == WM_PICTRACE_PROGRESS_POS) positions.push_back(static_cast<int>(wParam));
+      return 0;
+    }
+    std::vector<int> positions;
+  } log;
+  std::vector<unsigned char> dib = testimg::LoadDib(testimg::ExamplePath("monkey_face.png"));
+  StageEngine e(dib);
+  e.m_pProgressWnd = &log;
+  e.BeginProgress(1);
+  CDWordArray colors;
+  e.DoSegmentation(8, &colors, 1.0, 0, nullptr);
+  ASSERT_FALSE(log.positions.empty());
+  EXPECT_TRUE(std::is_sorted(log.positions.begin(), log.positions.end()));
+  EXPECT_NE(std::find(log.positions.begin(), log.positions.end(), 75), log.positions.end());
+  EXPECT_EQ(log.positions.back(), 100);
+  EXPECT_FLOAT_EQ(e.m_fProgressPos, 100.0f);
 }
 
 TEST(Driver, WithoutAnImageNothingHappens) {
