@@ -22,6 +22,20 @@ const int kRegionsToStop = 1000;  // more regions than this extend the stage
 const int kBlockedPerSide = 10;   // ... as do more size skips than this times the longer side
 }  // namespace
 
+namespace {
+
+// One channel of the working picture as doubles, sample k = y * W + x.
+double* SamplePlane(const unsigned char* pBits, size_t stride, int w, int h, int channel) {
+  double* plane = new double[static_cast<size_t>(w) * h];
+  for (int y = 0; y < h; y++) {
+    const unsigned char* row = pBits + static_cast<size_t>(y) * stride;
+    for (int x = 0; x < w; x++) plane[static_cast<size_t>(y) * w + x] = row[3 * x + channel];
+  }
+  return plane;
+}
+
+}  // namespace
+
 std::uint64_t BlockSizeLimitAt(double s) {
   double v = std::pow(2.0, s) * 16;
   if (!(v < 18446744073709551616.0)) return 0;
@@ -42,14 +56,7 @@ int CPictrace::GetBlockRegions() {
   const size_t n = static_cast<size_t>(w) * h;
   const size_t stride = m_bmiHeader.biSizeImage / static_cast<DWORD>(h);
   const int planes = IsGrayValued() ? 1 : 3;
-  for (int c = 0; c < planes; c++) {
-    double* plane = new double[n];
-    for (int y = 0; y < h; y++) {
-      const unsigned char* row = m_pWorkBits + static_cast<size_t>(y) * stride;
-      for (int x = 0; x < w; x++) plane[static_cast<size_t>(y) * w + x] = row[3 * x + c];
-    }
-    m_listWorkBuffers.push_back(plane);
-  }
+  for (int c = 0; c < planes; c++) m_listWorkBuffers.push_back(SamplePlane(m_pWorkBits, stride, w, h, c));
   double* edge = new double[n]();
   for (double* plane : m_listWorkBuffers) AccumulateEdgeMap(plane, w, h, edge);
   SetupGraph(m_pWorkBits, edge);
@@ -68,7 +75,9 @@ int CPictrace::GetBlockRegions() {
     s_nBlockSizeLimit = BlockSizeLimitAt(s);
     RemovingDecrease(d);
     if (positions.Live() * 2 < positions.Size()) positions = RegionPositions(m_pRegionHead);
-    GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, static_cast<DWORD>(s_nBlockSizeLimit), [&](CRegion* a) {
+    // Only the low 32 bits of the limit take part in the comparisons.
+    const DWORD limit = static_cast<DWORD>(s_nBlockSizeLimit);
+    GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, limit, [&](CRegion* a) {
       CombineRegion(a);
       a->m_fDecrease = 0.0f;
       UpdateRemovingDecrease(a, d);
