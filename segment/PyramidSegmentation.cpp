@@ -47,7 +47,8 @@ void CPictrace::PyramidAlgo() {
   // further.
   RegionPositions positions(m_pRegionHead);  // for the whole stage
   const double stageWeight = static_cast<double>(PT_WEIGHT_PYRAMID) / m_fProgressTotal * 100.0;
-  for (double t = s_nBlockScale; t <= m_nSegmentThreshold - kThresholdOffset; t += kPyramidStep) {
+  const double lastScale = static_cast<double>(m_nSegmentThreshold) - kThresholdOffset;
+  for (double t = s_nBlockScale; t <= lastScale; t += kPyramidStep) {
     ShowProgress(TruncProgress(m_fProgressPos + stageWeight * t / m_nSegmentThreshold));
     const double d = t * t * std::sqrt(t);
     RemovingDecrease(d);
