@@ -225,7 +225,8 @@ Command AddLinesCommand(CLI::App& parent) {
   app->add_option("--colors", o->colors, "number of colours wanted from the segmentation (1 to 50, default 2)")
       ->check(CLI::Range(1, 50));
   app->add_option("--line-color", o->lineColors,
-                  "#rrggbb of a colour to thin (repeatable; default: every colour but the background)");
+                  "#rrggbb of a colour to thin (repeatable; default: every colour but the background)")
+      ->allow_extra_args(false);
   app->add_option("--json", o->json, "JSON file with every line's points and tree links");
   app->add_option("--preview", o->preview, "PNG preview: the picture faded, the centre lines on top");
   return {app, [o]() { return RunLines(*o); }};

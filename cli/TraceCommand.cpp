@@ -278,7 +278,8 @@ Command AddTraceCommand(CLI::App& parent) {
                "leave out the regions of the background colour (the largest colour on the frame)");
   app->add_option("--mark", o->marks,
                   "X,Y: toggle the region under pixel X,Y (Y from the top) in or out of the output; "
-                  "repeatable");
+                  "repeatable")
+      ->allow_extra_args(false);
   return {app, [o]() { return RunTrace(*o); }};
 }
 
