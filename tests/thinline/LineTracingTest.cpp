@@ -226,3 +226,29 @@ TEST(TraceLine, BranchAfterADroppedOneHangsFromItsOwnId) {
   EXPECT_EQ(0, t.mask[7 * 13 + 9]);  // the dropped pixel stays cleared
   for (INT_PTR i = 0; i < points.GetSize(); i++) delete[] points[i];
 }
+
+TEST(DoTraceThinningLine, DeeplyNestedJunctionsOfAGrid) {
+  // Lines every fourth row and column: every crossing is a junction, and the
+  // depth-first walk runs from junction to junction across the whole grid,
+  // about 185000 junctions deep: far beyond what a recursive walk could
+  // hold on the call stack.
+  const int size = 1000;
+  std::vector<std::string> rows(size, std::string(size, '.'));
+  long skeleton = 0;
+  for (int y = 2; y < size - 2; y++)
+    for (int x = 2; x < size - 2; x++)
+      if (y % 4 == 2 || x % 4 == 2) {
+        rows[y][x] = '#';
+        skeleton++;
+      }
+  Tracing t(rows, 9);  // minimum length 2: nothing is pruned
+  t.Run();
+  ASSERT_FALSE(t.engine.m_listThinLines.empty());
+  // Every skeleton pixel is in exactly one chain, not counting the junction
+  // pixel a branch starts from.
+  long traced = 0;
+  for (const COutlineThinline* pLine : t.engine.m_listThinLines)
+    traced += pLine->m_nRawPoints - (pLine->m_nParent >= 0 ? 1 : 0);
+  EXPECT_EQ(skeleton, traced);
+  EXPECT_EQ(std::vector<unsigned char>(t.mask.size(), 0), t.mask);
+}
