@@ -51,51 +51,64 @@ int CPictrace::ThinningAndFat(unsigned char* pDIB, unsigned char* pMask, DWORD l
   const long w = width;
   const long offset[9] = {0, 1, 1 - w, -w, -1 - w, -1, -1 + w, w, 1 + w};
 
+  // The interior pixels still present, in scan order. A pass only ever
+  // looks at these, so the list visits exactly the pixels a full scan would
+  // act on, in the same order; it shrinks as the strokes thin.
+  std::vector<long> present;
+  for (int y = 1; y < height - 1; y++)
+    for (int x = 1; x < width - 1; x++)
+      if (grid[static_cast<size_t>(y) * width + x] == 1) present.push_back(static_cast<long>(y) * w + x);
+
   bool changed = true;
   for (int pass = 2; changed; pass++) {
     changed = false;
-    for (int y = 1; y < height - 1; y++) {
-      for (int x = 1; x < width - 1; x++) {
-        const long i = static_cast<long>(y) * w + x;
-        if (grid[i] != 1) continue;
-        int p[10];
-        int removedNow = 0;
-        for (int k = 1; k <= 8; k++) {
-          const int v = grid[i + offset[k]];
-          if (v == pass) {
-            p[k] = 1;
-            removedNow++;
-          } else {
-            p[k] = (v >= 2) ? 0 : v;
-          }
+    for (const long i : present) {
+      if (grid[i] != 1) continue;
+      const int x = static_cast<int>(i % w);
+      const int y = static_cast<int>(i / w);
+      int p[10];
+      int removedNow = 0;
+      for (int k = 1; k <= 8; k++) {
+        const int v = grid[i + offset[k]];
+        if (v == pass) {
+          p[k] = 1;
+          removedNow++;
+        } else {
+          p[k] = (v >= 2) ? 0 : v;
         }
-        if (p[1] + p[3] + p[5] + p[7] >= 4) continue;  // no 4-neighbour is background
-        p[9] = p[1];
-        int present = 0;
-        for (int k = 1; k <= 8; k++)
-          if (p[k] == 1) present++;
-        if (present <= 1 || present == removedNow) continue;
-        if (Cross(p) != 1) continue;
-        // Cumulative re-test without the neighbours removed in this pass:
-        // north first, then west with north still cleared.
-        if (grid[i + offset[3]] == pass) {
-          p[3] = 0;
-          if (Cross(p) != 1) continue;
-        }
-        if (grid[i + offset[5]] == pass) {
-          p[5] = 0;
-          if (Cross(p) != 1) continue;
-        }
-        DWORD color = GetNeighborColor(pBits, pMask, static_cast<DWORD>(stride), x, y, width, height);
-        if (pMask[i] == 2) {
-          color = fillColor;
-          result = 0;
-        }
-        WritePixel(pBits, stride, x, y, color);
-        grid[i] = static_cast<unsigned char>(pass);
-        changed = true;
       }
+      if (p[1] + p[3] + p[5] + p[7] >= 4) continue;  // no 4-neighbour is background
+      p[9] = p[1];
+      int count = 0;
+      for (int k = 1; k <= 8; k++)
+        if (p[k] == 1) count++;
+      if (count <= 1 || count == removedNow) continue;
+      if (Cross(p) != 1) continue;
+      // Cumulative re-test without the neighbours removed in this pass:
+      // north first, then west with north still cleared.
+      if (grid[i + offset[3]] == pass) {
+        p[3] = 0;
+        if (Cross(p) != 1) continue;
+      }
+      if (grid[i + offset[5]] == pass) {
+        p[5] = 0;
+        if (Cross(p) != 1) continue;
+      }
+      DWORD color = GetNeighborColor(pBits, pMask, static_cast<DWORD>(stride), x, y, width, height);
+      if (pMask[i] == 2) {
+        color = fillColor;
+        result = 0;
+      }
+      WritePixel(pBits, stride, x, y, color);
+      grid[i] = static_cast<unsigned char>(pass);
+      changed = true;
     }
+    // Pass numbers wrap in the byte grid, so a removed pixel can read 1
+    // again; such a pixel stays in the list like any other present one.
+    size_t kept = 0;
+    for (const long i : present)
+      if (grid[i] == 1) present[kept++] = i;
+    present.resize(kept);
   }
   return result;
 }
