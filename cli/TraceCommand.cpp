@@ -112,6 +112,8 @@ int RunTrace(const TraceOptions& o) {
   long outW = 0, outH = 0;
   std::string error;
   if (!o.size.empty() && !ParseSize(o.size, outW, outH, error)) return Fail(error);
+  if (o.output == "-" && o.json == "-")
+    return Fail("the SVG and the JSON cannot both go to standard output; give -o FILE");
 
   std::vector<ThreadColor> table;
   if (!o.threads.empty() && !LoadThreadTable(o.threads, table, error)) return Fail(error);

@@ -256,6 +256,7 @@ TEST(TraceCli, BadInputIsRefusedWithAMessage) {
       {"trace " + pic + " --sensitivity 101", "--sensitivity"},
       {"trace " + pic + " --thread-mode 7", "--thread-mode"},
       {"trace " + pic + " -o " + dir + "/no/such/dir/x.svg", "cannot write"},
+      {"trace " + pic + " --json -", "cannot both go to standard output"},
   };
   for (const Case& c : cases) {
     RunResult r = RunCli(c.args);
