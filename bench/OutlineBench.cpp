@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "bench/BenchSupport.h"
 #include "outline/OutlineRecords.h"
 
 namespace {
@@ -29,32 +30,17 @@ std::vector<unsigned char> FlatPicture(int width, int height) {
     s ^= s << 17;
     return static_cast<std::uint32_t>(s >> 11);
   };
-  int stride = (width * 3 + 3) / 4 * 4;
-  std::vector<unsigned char> dib(40 + static_cast<size_t>(stride) * height, 0);
-  BITMAPINFOHEADER h{};
-  h.biSize = 40;
-  h.biWidth = width;
-  h.biHeight = height;
-  h.biPlanes = 1;
-  h.biBitCount = 24;
-  h.biSizeImage = static_cast<DWORD>(stride * height);
-  std::memcpy(dib.data(), &h, 40);
   int bw = (width + 7) / 8, bh = (height + 7) / 8;
   std::vector<int> blocks(static_cast<size_t>(bw) * bh);
   for (int& b : blocks) b = next() % 6;
-  for (int y = 0; y < height; y++)
-    for (int x = 0; x < width; x++) {
-      int b = (y / 8) * bw + x / 8;
-      COLORREF c = palette[blocks[b]];
-      if (b % 5 == 0 && x % 8 >= 2 && x % 8 < 6 && y % 8 >= 2 && y % 8 < 6)
-        c = palette[(blocks[b] + 1 + b % 4) % 6];
-      if (next() % 500 == 0) c = palette[next() % 6];
-      unsigned char* p = dib.data() + 40 + static_cast<size_t>(y) * stride + 3 * x;
-      p[0] = GetBValue(c);
-      p[1] = GetGValue(c);
-      p[2] = GetRValue(c);
-    }
-  return dib;
+  return bench::MakeDib24(width, height, [&](int x, int y) {
+    int b = (y / 8) * bw + x / 8;
+    COLORREF c = palette[blocks[b]];
+    if (b % 5 == 0 && x % 8 >= 2 && x % 8 < 6 && y % 8 >= 2 && y % 8 < 6)
+      c = palette[(blocks[b] + 1 + b % 4) % 6];
+    if (next() % 500 == 0) c = palette[next() % 6];
+    return c;
+  });
 }
 
 void BM_GetOutline4Cartoon2(benchmark::State& state) {

@@ -4,14 +4,12 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
-#include <cstring>
 #include <functional>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "Pictrace.h"
-#include "cli/ImageFile.h"
+#include "bench/BenchSupport.h"
 
 namespace {
 
@@ -29,24 +27,12 @@ Work MakeWork(int width, int height, const std::function<bool(int x, int row)>& 
   Work w;
   w.width = width;
   w.height = height;
-  const int stride = ((width * 3 + 3) / 4) * 4;
-  w.dib.assign(40 + static_cast<size_t>(stride) * height, 0);
-  BITMAPINFOHEADER h{};
-  h.biSize = 40;
-  h.biWidth = width;
-  h.biHeight = height;
-  h.biPlanes = 1;
-  h.biBitCount = 24;
-  h.biSizeImage = static_cast<DWORD>(stride) * height;
-  std::memcpy(w.dib.data(), &h, 40);
   w.mask.assign(static_cast<size_t>(width) * height, 0);
-  for (int y = 0; y < height; y++)
-    for (int x = 0; x < width; x++) {
-      const bool stroke = isStroke(x, y);
-      unsigned char* p = w.dib.data() + 40 + static_cast<size_t>(y) * stride + 3 * x;
-      p[0] = p[1] = p[2] = stroke ? 0 : 255;
-      if (stroke) w.mask[static_cast<size_t>(y) * width + x] = 1;
-    }
+  w.dib = bench::MakeDib24(width, height, [&](int x, int y) {
+    const bool stroke = isStroke(x, y);
+    if (stroke) w.mask[static_cast<size_t>(y) * width + x] = 1;
+    return stroke ? kLine : kPaper;
+  });
   return w;
 }
 
@@ -54,8 +40,7 @@ Work MakeWork(int width, int height, const std::function<bool(int x, int row)>& 
 Work LoadDrawing(const std::string& name) {
   std::vector<unsigned char> dib;
   std::string error;
-  const std::string path = std::string(PICTRACE_SHARED_DIR) + "/images/" + name;
-  if (!std::ifstream(path).good() || !pictrace::LoadImageFile(path, dib, error)) return Work();
+  if (!bench::LoadSharedImage(name, dib, error)) return Work();
   CPictrace reader;
   if (!reader.SetDIBData(dib.data())) return Work();
   const int width = reader.m_bmiHeader.biWidth;

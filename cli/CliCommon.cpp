@@ -25,5 +25,14 @@ bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsi
   return true;
 }
 
+void AddPictureAndSvgOptions(CLI::App* app, std::string& input, std::string& output) {
+  app->add_option("file", input, "PNG, JPEG or BMP picture")->required();
+  app->add_option("-o,--output", output, "SVG file to write (default: standard output)");
+}
+
+std::ostream& SummaryStream(const std::string& output) {
+  return output == "-" ? std::cerr : std::cout;
+}
+
 }  // namespace cli
 }  // namespace pictrace

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,15 @@ int Fail(const std::string& message);
 // Reads a picture file and loads it into the engine; on failure prints a
 // message naming the file and returns false. dib keeps the file's DIB.
 bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsigned char>& dib);
+
+// Registers the picture argument and the -o/--output path of the SVG
+// (standard output by default), which trace and lines share.
+void AddPictureAndSvgOptions(CLI::App* app, std::string& input, std::string& output);
+
+// Where a command's summary line goes: standard error when the SVG itself
+// goes to standard output (output "-"), so that the SVG stays clean;
+// standard output otherwise.
+std::ostream& SummaryStream(const std::string& output);
 
 // Exit code of a failed run.
 constexpr int kExitFailure = 1;

@@ -203,7 +203,7 @@ int RunLines(const LinesOptions& o) {
     return Fail(error);
   if (!o.preview.empty() && !WritePreview(engine, o.preview, error)) return Fail(error);
 
-  std::ostream& report = o.output == "-" ? std::cerr : std::cout;
+  std::ostream& report = SummaryStream(o.output);
   report << "lines: " << lines.m_nThinLines << " lines, " << points << " points (from "
          << skeleton << " skeleton pixels) in "
          << engine.m_arrLineColors.GetSize() << " line colours, " << width << " x " << height
@@ -220,8 +220,7 @@ Command AddLinesCommand(CLI::App& parent) {
   auto o = std::make_shared<LinesOptions>();
   CLI::App* app = parent.add_subcommand(
       "lines", "Thin the strokes of a line drawing to centre lines and write them as SVG");
-  app->add_option("file", o->input, "PNG, JPEG or BMP picture")->required();
-  app->add_option("-o,--output", o->output, "SVG file to write (default: standard output)");
+  AddPictureAndSvgOptions(app, o->input, o->output);
   app->add_option("--colors", o->colors, "number of colours wanted from the segmentation (1 to 50, default 2)")
       ->check(CLI::Range(1, 50));
   app->add_option("--line-color", o->lineColors,

@@ -223,8 +223,7 @@ int RunTrace(const TraceOptions& o) {
     backgroundDoc.regions = &background;
     if (!WriteTextFile(o.background, FormatSvg(backgroundDoc), error)) return Fail(error);
   }
-  // The summary stays off standard output when the SVG goes there.
-  std::ostream& report = o.output == "-" ? std::cerr : std::cout;
+  std::ostream& report = SummaryStream(o.output);
   report << "trace: " << regions.m_nRegions << " regions in " << doc.colors.size()
          << " colours, " << width << " x " << height << " pixels";
   if (o.output != "-") report << " -> " << o.output;
@@ -239,8 +238,7 @@ Command AddTraceCommand(CLI::App& parent) {
   auto o = std::make_shared<TraceOptions>();
   CLI::App* app = parent.add_subcommand(
       "trace", "Segment a picture into flat colour regions and write them as SVG");
-  app->add_option("file", o->input, "PNG, JPEG or BMP picture")->required();
-  app->add_option("-o,--output", o->output, "SVG file to write (default: standard output)");
+  AddPictureAndSvgOptions(app, o->input, o->output);
   app->add_option("--colors", o->colors, "number of colours wanted (1 to 50, default 8)")
       ->check(CLI::Range(1, kMaxColors));
   app->add_option("--sensitivity", o->sensitivity,

@@ -5,6 +5,7 @@
 
 #include "Pictrace.h"
 #include "curve/BezierFit.h"
+#include "engine/OutputMapping.h"
 #include "outline/OutlineRecords.h"
 
 namespace {
@@ -17,14 +18,7 @@ void BuildStraightPolygon(CPTPolygon* pPolygon, const sPoint* pPoints, int nPoin
   pPolygon->m_nLines = nLines;
   if (nLines == 0 || !pPoints) return;
   pPolygon->m_pLines = new CPTLine[nLines];
-  for (int i = 0; i < nLines; i++) {
-    CPTLine& line = pPolygon->m_pLines[i];
-    line.m_nType = 0;
-    line.m_ptStart.x = static_cast<float>(pPoints[i].x);
-    line.m_ptStart.y = static_cast<float>(nHeight - pPoints[i].y);
-    line.m_ptEnd.x = static_cast<float>(pPoints[i + 1].x);
-    line.m_ptEnd.y = static_cast<float>(nHeight - pPoints[i + 1].y);
-  }
+  pictrace::engine::FillStraightLines(pPolygon->m_pLines, pPoints, nLines, nHeight);
 }
 
 // Curve output: the raw chain goes through the fitter; each returned segment
@@ -75,19 +69,8 @@ void MapPolygon(CPTPolygon& dst, const CPTPolygon* pSrc, const CRect& rc, double
   if (!pSrc || pSrc->m_nLines <= 0 || !pSrc->m_pLines) return;
   dst.m_nLines = pSrc->m_nLines;
   dst.m_pLines = new CPTLine[pSrc->m_nLines];
-  auto map = [&](CPTPoint& d, const CPTPoint& s) {
-    d.x = static_cast<float>(rc.left + s.x * sx);
-    d.y = static_cast<float>(rc.top + s.y * sy);
-  };
-  for (int i = 0; i < pSrc->m_nLines; i++) {
-    const CPTLine& s = pSrc->m_pLines[i];
-    CPTLine& d = dst.m_pLines[i];
-    d.m_nType = s.m_nType;
-    map(d.m_ptStart, s.m_ptStart);
-    map(d.m_ptCtrl1, s.m_ptCtrl1);
-    map(d.m_ptCtrl2, s.m_ptCtrl2);
-    map(d.m_ptEnd, s.m_ptEnd);
-  }
+  for (int i = 0; i < pSrc->m_nLines; i++)
+    pictrace::engine::MapLine(dst.m_pLines[i], pSrc->m_pLines[i], rc, sx, sy);
 }
 
 }  // namespace
@@ -123,12 +106,8 @@ void CPictrace::GetRegions(CPTRegions* pRegions, int nLineType) {
 
   // Without an image there is no pixel size to scale by; results stay in
   // pixels, as with an empty rectangle.
-  double sx = 1.0, sy = 1.0;
-  if (m_bmiHeader.biWidth > 0 && m_bmiHeader.biHeight > 0) {
-    sx = m_rcImageReal.Width() * 1.0 / m_bmiHeader.biWidth;
-    sy = m_rcImageReal.Height() * 1.0 / m_bmiHeader.biHeight;
-  }
-  if (sx == 0.0 || sy == 0.0) sx = sy = 1.0;
+  double sx, sy;
+  pictrace::engine::OutputScale(m_rcImageReal, m_bmiHeader.biWidth, m_bmiHeader.biHeight, sx, sy);
 
   std::vector<CPTRegion*> collected;
   const int n = static_cast<int>(m_arrColorList.GetSize());

@@ -44,6 +44,18 @@ void CloseFigure(std::vector<CDC::PathOp>& ops) {
   }
 }
 
+// The figure through nCount points: a MoveTo to the first, a LineTo to each
+// of the others.
+std::vector<CDC::PathOp> FigureThrough(const POINT* lpPoints, int nCount) {
+  std::vector<CDC::PathOp> figure;
+  figure.push_back({PT_MOVETO, static_cast<double>(lpPoints[0].x),
+                    static_cast<double>(lpPoints[0].y)});
+  for (int i = 1; i < nCount; i++)
+    figure.push_back({PT_LINETO, static_cast<double>(lpPoints[i].x),
+                      static_cast<double>(lpPoints[i].y)});
+  return figure;
+}
+
 }  // namespace
 
 BOOL CDC::BeginPath() {
@@ -149,12 +161,7 @@ BOOL CDC::StrokeAndFillPath() {
 // path bracket it becomes a closed figure of the path.
 BOOL CDC::Polygon(const POINT* lpPoints, int nCount) {
   if (lpPoints == nullptr || nCount < 2) return FALSE;
-  std::vector<PathOp> figure;
-  figure.push_back({PT_MOVETO, static_cast<double>(lpPoints[0].x),
-                    static_cast<double>(lpPoints[0].y)});
-  for (int i = 1; i < nCount; i++)
-    figure.push_back({PT_LINETO, static_cast<double>(lpPoints[i].x),
-                      static_cast<double>(lpPoints[i].y)});
+  std::vector<PathOp> figure = FigureThrough(lpPoints, nCount);
   CloseFigure(figure);
   if (m_bInPath) {
     m_path.insert(m_path.end(), figure.begin(), figure.end());
@@ -168,12 +175,7 @@ BOOL CDC::Polygon(const POINT* lpPoints, int nCount) {
 // Connected lines; neither uses nor moves the current position.
 BOOL CDC::Polyline(const POINT* lpPoints, int nCount) {
   if (lpPoints == nullptr || nCount < 2) return FALSE;
-  std::vector<PathOp> figure;
-  figure.push_back({PT_MOVETO, static_cast<double>(lpPoints[0].x),
-                    static_cast<double>(lpPoints[0].y)});
-  for (int i = 1; i < nCount; i++)
-    figure.push_back({PT_LINETO, static_cast<double>(lpPoints[i].x),
-                      static_cast<double>(lpPoints[i].y)});
+  std::vector<PathOp> figure = FigureThrough(lpPoints, nCount);
   if (m_bInPath) {
     m_path.insert(m_path.end(), figure.begin(), figure.end());
     return TRUE;

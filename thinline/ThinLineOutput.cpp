@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "engine/OutputMapping.h"
 #include "outline/OutlineRecords.h"
 #include "thinline/ThinLineOrder.h"
 #include "thinline/ThinLineRecords.h"
@@ -29,37 +30,14 @@ void CPictrace::CreateOutputThinLine() {
     pOut->m_nAttr4 = pLine->m_bLaterBranch;
     if (nLines == 0 || !pLine->m_pSmoothPoints) return;
     pOut->m_pLines = new CPTLine[nLines];
-    const sPoint* p = pLine->m_pSmoothPoints;
-    for (int j = 0; j < nLines; j++) {
-      CPTLine& line = pOut->m_pLines[j];
-      line.m_nType = 0;
-      line.m_ptStart.x = static_cast<float>(p[j].x);
-      line.m_ptStart.y = static_cast<float>(height - p[j].y);
-      line.m_ptEnd.x = static_cast<float>(p[j + 1].x);
-      line.m_ptEnd.y = static_cast<float>(height - p[j + 1].y);
-    }
+    pictrace::engine::FillStraightLines(pOut->m_pLines, pLine->m_pSmoothPoints, nLines, height);
   });
 }
 
-namespace {
-
-void MapPoint(CPTPoint& pt, const CRect& rc, double sx, double sy) {
-  pt.x = static_cast<float>(rc.left + pt.x * sx);
-  pt.y = static_cast<float>(rc.top + pt.y * sy);
-}
-
-}  // namespace
-
 void CPictrace::GetThinLines(CPTThinLines* pThinLines) {
   if (!pThinLines) return;
-  const int width = m_bmiHeader.biWidth;
-  const int height = m_bmiHeader.biHeight;
-  double sx = width > 0 ? m_rcImageReal.Width() * 1.0 / width : 0.0;
-  double sy = height > 0 ? m_rcImageReal.Height() * 1.0 / height : 0.0;
-  if (sx == 0.0 || sy == 0.0) {
-    sx = 1.0;
-    sy = 1.0;
-  }
+  double sx, sy;
+  pictrace::engine::OutputScale(m_rcImageReal, m_bmiHeader.biWidth, m_bmiHeader.biHeight, sx, sy);
   const CRect rc = m_rcImageReal;
 
   std::vector<std::unique_ptr<CPTThinLine>> collected;
@@ -80,14 +58,8 @@ void CPictrace::GetThinLines(CPTThinLines* pThinLines) {
     out.m_nLines = pSrc->m_nLines;
     if (pSrc->m_nLines > 0 && pSrc->m_pLines) {
       out.m_pLines = new CPTLine[pSrc->m_nLines];
-      for (int j = 0; j < pSrc->m_nLines; j++) {
-        CPTLine& line = out.m_pLines[j];
-        line = pSrc->m_pLines[j];
-        MapPoint(line.m_ptStart, rc, sx, sy);
-        MapPoint(line.m_ptCtrl1, rc, sx, sy);
-        MapPoint(line.m_ptCtrl2, rc, sx, sy);
-        MapPoint(line.m_ptEnd, rc, sx, sy);
-      }
+      for (int j = 0; j < pSrc->m_nLines; j++)
+        pictrace::engine::MapLine(out.m_pLines[j], pSrc->m_pLines[j], rc, sx, sy);
     }
     collected.push_back(std::move(pThin));
   });
