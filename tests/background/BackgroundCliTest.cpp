@@ -6,7 +6,7 @@
 #include <cstring>
 #include <regex>
 
-#include "cli/CliRunner.h"
+#include "common/CliRunner.h"
 #include "cli/ImageFile.h"
 #include "common/TestImages.h"
 

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "Pictrace.h"
-#include "cli/CliRunner.h"
+#include "common/CliRunner.h"
 #include "cli/ImageFile.h"
 
 namespace {

@@ -2,7 +2,7 @@
 // exit and a message naming the file, never with a crash.
 #include <gtest/gtest.h>
 
-#include "cli/CliRunner.h"
+#include "common/CliRunner.h"
 #include "cli/TestFiles.h"
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cstring>
 #include <fstream>
 
@@ -53,6 +54,13 @@ COLORREF PixelAt(const unsigned char* bits, int width, int x, int row) {
   int stride = ((width * 3 + 3) / 4) * 4;
   const unsigned char* p = bits + static_cast<size_t>(row) * stride + 3 * x;
   return RGB(p[2], p[1], p[0]);
+}
+
+std::string ParamName(const std::string& param) {
+  std::string s = param;
+  for (char& c : s)
+    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+  return s;
 }
 
 }  // namespace testimg

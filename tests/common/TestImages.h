@@ -27,4 +27,8 @@ std::vector<unsigned char> LoadDib(const std::string& path);
 // Colour of pixel (x, row) of a packed 24-bit DIB's rows.
 COLORREF PixelAt(const unsigned char* bits, int width, int x, int row);
 
+// A test name made of a parameter: every character that is not a letter or
+// a digit becomes '_'.
+std::string ParamName(const std::string& param);
+
 }  // namespace testimg

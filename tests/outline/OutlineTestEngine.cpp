@@ -1,8 +1,8 @@
 #include "outline/OutlineTestEngine.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstring>
+
+#include "common/EvenOddCover.h"
 
 COLORREF TextColor(char c) {
   switch (c) {
@@ -28,21 +28,11 @@ sPoint Pt(int x, int y) { return sPoint{static_cast<short>(x), static_cast<short
 
 namespace {
 
-// Adds the crossings of one closed chain with the rows' centre lines.
-void AddCrossings(const sPoint* p, int n, int height, std::vector<std::vector<double>>& rows) {
-  for (int k = 0; k < n; k++) {
-    const sPoint& a = p[k];
-    const sPoint& b = p[(k + 1) % n];
-    if (a.y == b.y) continue;
-    double y0 = std::min(a.y, b.y), y1 = std::max(a.y, b.y);
-    for (int y = std::max(0, static_cast<int>(std::ceil(y0 - 0.5))); y < height; y++) {
-      double yc = y + 0.5;
-      if (yc < y0) continue;
-      if (yc >= y1) break;
-      double xe = a.x + (yc - a.y) * (b.x - a.x) / static_cast<double>(b.y - a.y);
-      rows[y].push_back(xe);
-    }
-  }
+// Adds the edges of one closed chain.
+void AddEdges(const sPoint* p, int n, std::vector<testimg::Edge>& edges) {
+  for (int k = 0; k < n; k++)
+    edges.push_back({static_cast<double>(p[k].x), static_cast<double>(p[k].y),
+                     static_cast<double>(p[(k + 1) % n].x), static_cast<double>(p[(k + 1) % n].y)});
 }
 
 }  // namespace
@@ -50,21 +40,12 @@ void AddCrossings(const sPoint* p, int n, int height, std::vector<std::vector<do
 std::vector<int> RegionCoverage(const std::list<COutlineRegion*>& regions, int width, int height) {
   std::vector<int> cover(static_cast<size_t>(width) * height, 0);
   for (const COutlineRegion* r : regions) {
-    std::vector<std::vector<double>> rows(height);
-    AddCrossings(r->m_pPoints, r->m_nPoints, height, rows);
+    std::vector<testimg::Edge> edges;
+    AddEdges(r->m_pPoints, r->m_nPoints, edges);
     for (INT_PTR h = 0; h < r->m_arrHoles.GetSize(); h++)
-      AddCrossings(r->m_arrHoles[h]->m_pPoints, r->m_arrHoles[h]->m_nPoints, height, rows);
-    for (int y = 0; y < height; y++) {
-      std::vector<double>& xs = rows[y];
-      std::sort(xs.begin(), xs.end());
-      for (size_t k = 0; k + 1 < xs.size(); k += 2) {
-        // Pixels whose centre c has xs[k] <= c < xs[k + 1].
-        int first = static_cast<int>(std::ceil(xs[k] - 0.5));
-        int last = static_cast<int>(std::ceil(xs[k + 1] - 0.5));
-        for (int x = std::max(first, 0); x < std::min(last, width); x++)
-          cover[static_cast<size_t>(y) * width + x]++;
-      }
-    }
+      AddEdges(r->m_arrHoles[h]->m_pPoints, r->m_arrHoles[h]->m_nPoints, edges);
+    testimg::PaintEvenOdd(edges, width, height, testimg::OnCrossing::kRightAndOn,
+                          [&](int x, int y) { cover[static_cast<size_t>(y) * width + x]++; });
   }
   return cover;
 }

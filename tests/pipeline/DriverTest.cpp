@@ -75,6 +75,18 @@ void ExpectSameResult(CPictrace& a, CPictrace& b) {
   EXPECT_EQ(0, std::memcmp(a.m_pWorkBits, b.m_pWorkBits, h.biSizeImage));
 }
 
+// Runs the driver on the same picture and expects it to leave what the stages
+// run by hand left; returns the colours it reported.
+std::vector<DWORD> ExpectDriverMatches(std::vector<unsigned char>& dib, int wanted, int noRetry,
+                                       CPictrace& byHand) {
+  StageEngine driver(dib);
+  CDWordArray colors;
+  driver.DoSegmentation(wanted, &colors, 1.0, noRetry, nullptr);
+  ExpectSameResult(driver, byHand);
+  EXPECT_EQ(ToVector(colors), ToVector(driver.m_arrColorList));
+  return ToVector(colors);
+}
+
 std::vector<unsigned char> Photo() { return testimg::LoadDib(testimg::ExamplePath("astronaut.png")); }
 
 }  // namespace
@@ -85,12 +97,7 @@ TEST(Driver, FirstPassHittingTheCountRunsNoRetry) {
   CDWordArray handColors;
   std::vector<int> counts = byHand.RunByHand({7}, &handColors);
   ASSERT_EQ(counts[0], 7) << "the first pass must hit the count for this test";
-
-  StageEngine driver(dib);
-  CDWordArray colors;
-  driver.DoSegmentation(7, &colors, 1.0, 0, nullptr);
-  ExpectSameResult(driver, byHand);
-  EXPECT_EQ(ToVector(colors), ToVector(driver.m_arrColorList));
+  ExpectDriverMatches(dib, 7, 0, byHand);
 }
 
 TEST(Driver, MissedCountsAreRetriedUpwardsUntilTheCountIsHit) {
@@ -115,12 +122,7 @@ TEST(Driver, MissedCountsAreRetriedUpwardsUntilTheCountIsHit) {
   StageEngine byHand(dib);
   CDWordArray handColors;
   byHand.RunByHand(targets, &handColors);
-  StageEngine driver(dib);
-  CDWordArray colors;
-  driver.DoSegmentation(wanted, &colors, 1.0, 0, nullptr);
-  ExpectSameResult(driver, byHand);
-  EXPECT_EQ(ToVector(colors), ToVector(driver.m_arrColorList));
-  EXPECT_EQ(ToVector(colors), ToVector(handColors));
+  EXPECT_EQ(ExpectDriverMatches(dib, wanted, 0, byHand), ToVector(handColors));
 }
 
 TEST(Driver, NoRetryRunsOnePass) {
@@ -129,11 +131,7 @@ TEST(Driver, NoRetryRunsOnePass) {
   CDWordArray handColors;
   std::vector<int> counts = byHand.RunByHand({12}, &handColors);
   ASSERT_NE(counts[0], 12);
-  StageEngine driver(dib);
-  CDWordArray colors;
-  driver.DoSegmentation(12, &colors, 1.0, 1, nullptr);
-  ExpectSameResult(driver, byHand);
-  EXPECT_EQ(ToVector(colors), ToVector(driver.m_arrColorList));
+  ExpectDriverMatches(dib, 12, 1, byHand);
 }
 
 TEST(Driver, TwoColoursOvershootingRunsNoRetry) {
@@ -149,11 +147,7 @@ TEST(Driver, TwoColoursOvershootingRunsNoRetry) {
   std::vector<int> counts = byHand.RunByHand({2}, &handColors);
   ASSERT_EQ(counts[0], 3);
   EXPECT_EQ(byHand.m_nColorRadius, 13);
-  StageEngine driver(dib);
-  CDWordArray colors;
-  driver.DoSegmentation(2, &colors, 1.0, 0, nullptr);
-  ExpectSameResult(driver, byHand);
-  EXPECT_EQ(ToVector(colors), (std::vector<DWORD>{b, c, a}));
+  EXPECT_EQ(ExpectDriverMatches(dib, 2, 0, byHand), (std::vector<DWORD>{b, c, a}));
 }
 
 TEST(Driver, TwoColourPictureIsSnappedToItsExactColours) {

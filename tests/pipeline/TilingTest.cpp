@@ -17,10 +17,7 @@ const char* const kExamples[] = {"monkey_face.png", "monkey_face-4bpp.bmp", "fla
 class ExampleTest : public ::testing::TestWithParam<const char*> {};
 
 std::string Name(const ::testing::TestParamInfo<const char*>& info) {
-  std::string s = info.param;
-  for (char& c : s)
-    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-  return s;
+  return testimg::ParamName(info.param);
 }
 
 }  // namespace

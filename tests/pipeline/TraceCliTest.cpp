@@ -2,54 +2,27 @@
 // that shape them, and refusals of bad input.
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <regex>
-#include <sstream>
 
 #include "cli/ImageFile.h"
+#include "common/CliRunner.h"
 #include "common/TestImages.h"
 #include "pipeline/RegionRaster.h"
 
 namespace {
 
-struct RunResult {
-  int exitCode = -1;
-  std::string out;
-  std::string err;
-};
+using clitest::RunResult;
 
-std::string TempDir() {
-  static std::string dir = [] {
-    char tmpl[] = "/tmp/pictrace-trace-XXXXXX";
-    const char* d = mkdtemp(tmpl);
-    return std::string(d ? d : "/tmp");
-  }();
+const clitest::TempDir& Dir() {
+  static const clitest::TempDir dir;
   return dir;
 }
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
-}
-
-RunResult RunCli(const std::string& args) {
-  const std::string out = TempDir() + "/stdout.txt", err = TempDir() + "/stderr.txt";
-  std::string cmd = std::string(PICTRACE_BINARY_DIR) + "/cli/pictrace " + args + " >" + out +
-                    " 2>" + err;
-  int status = std::system(cmd.c_str());
-  RunResult r;
-  r.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  r.out = ReadFile(out);
-  r.err = ReadFile(err);
-  return r;
-}
+std::string TempDir() { return Dir().Path(); }
+std::string ReadFile(const std::string& path) { return clitest::ReadText(path); }
+RunResult RunCli(const std::string& args) { return clitest::RunPictraceLine(Dir(), args); }
 
 bool HaveRsvg() { return std::system("command -v rsvg-convert >/dev/null 2>&1") == 0; }
 
@@ -89,10 +62,7 @@ size_t Count(const std::string& text, const std::string& what) {
 class TraceExample : public ::testing::TestWithParam<const char*> {};
 
 std::string Name(const ::testing::TestParamInfo<const char*>& info) {
-  std::string s = info.param;
-  for (char& c : s)
-    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-  return s;
+  return testimg::ParamName(info.param);
 }
 
 }  // namespace

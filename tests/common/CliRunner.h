@@ -41,6 +41,7 @@ class TempDir {
     if (std::system(command.c_str()) != 0) {
     }
   }
+  const std::string& Path() const { return m_path; }
   std::string File(const std::string& name) const { return m_path + "/" + name; }
   std::string Write(const std::string& name, const std::vector<unsigned char>& bytes) const {
     std::string path = File(name);
@@ -53,18 +54,23 @@ class TempDir {
   std::string m_path;
 };
 
-// Runs "pictrace <args>"; the arguments are single-quoted for the shell.
-inline RunResult RunPictrace(const TempDir& dir, const std::vector<std::string>& args) {
-  std::string command = "'" + ProgramPath() + "'";
-  for (const std::string& a : args) command += " '" + a + "'";
+// Runs "pictrace <args>", args being a command line for the shell.
+inline RunResult RunPictraceLine(const TempDir& dir, const std::string& args) {
   std::string out = dir.File("stdout.txt"), err = dir.File("stderr.txt");
-  command += " >'" + out + "' 2>'" + err + "'";
+  std::string command = "'" + ProgramPath() + "' " + args + " >'" + out + "' 2>'" + err + "'";
   int status = std::system(command.c_str());
   RunResult r;
   if (status != -1 && WIFEXITED(status)) r.exitCode = WEXITSTATUS(status);
   r.out = ReadText(out);
   r.err = ReadText(err);
   return r;
+}
+
+// Runs "pictrace <args>"; the arguments are single-quoted for the shell.
+inline RunResult RunPictrace(const TempDir& dir, const std::vector<std::string>& args) {
+  std::string line;
+  for (const std::string& a : args) line += (line.empty() ? "'" : " '") + a + "'";
+  return RunPictraceLine(dir, line);
 }
 
 // True when a sanitizer build of the program reported a fault (its exit
