@@ -18,7 +18,7 @@ std::vector<CConComponent*> Vec(const std::list<CConComponent*>& l) { return {l.
 TEST(GetCompList, OneColourPictureIsOneComponentCoveringIt) {
   OutlineEngine e;
   e.Load(5, 3, [](int, int) { return kRed; });
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   ASSERT_EQ(e.GetCompList(comps, nullptr), 1);
   ASSERT_EQ(comps.size(), 1u);
   CConComponent* c = comps.front();
@@ -28,21 +28,19 @@ TEST(GetCompList, OneColourPictureIsOneComponentCoveringIt) {
   EXPECT_EQ(c->m_pPoints[0], Pt(0, 0));         // seed first, then breadth first
   EXPECT_EQ(c->m_pPoints[1], Pt(0, 1));         // down before right
   EXPECT_EQ(c->m_pPoints[2], Pt(1, 0));
-  DeleteAll(comps);
 }
 
 TEST(GetCompList, WithoutImageLeavesTheListAlone) {
   OutlineEngine e;
-  std::list<CConComponent*> comps{new CConComponent};
+  Owned<CConComponent> comps{new CConComponent};
   EXPECT_EQ(e.GetCompList(comps, nullptr), 0);
   EXPECT_EQ(comps.size(), 1u);
-  DeleteAll(comps);
 }
 
 TEST(GetCompList, ComponentsInRasterOrderOfTheirSeeds) {
   OutlineEngine e;
   e.LoadText({"rr.", "r.b", "..b"});
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
   auto v = Vec(comps);
   ASSERT_EQ(v.size(), 4u);  // red, white (2,0), white (1,1)... blue
@@ -54,14 +52,13 @@ TEST(GetCompList, ComponentsInRasterOrderOfTheirSeeds) {
   EXPECT_EQ(v[2]->m_nPoints, 3);
   EXPECT_EQ(v[3]->m_crColor, RGB(0, 0, 255));
   EXPECT_EQ(v[3]->m_rcBound, CRect(2, 1, 2, 2));
-  DeleteAll(comps);
 }
 
 TEST(GetCompList, DiagonalContactInsideAComponentIsRepairedAndJoinsOnTheRebuild) {
   // Red touches itself only at the corner between (0,1) and (1,2).
   OutlineEngine e;
   e.LoadText({"rrr", "rbr", "grr"});
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   ASSERT_EQ(e.GetCompList(comps, nullptr), 1);
   // The list built before the repair comes back, numbered.
   auto v = Vec(comps);
@@ -77,7 +74,6 @@ TEST(GetCompList, DiagonalContactInsideAComponentIsRepairedAndJoinsOnTheRebuild)
   ASSERT_EQ(v.size(), 2u);
   EXPECT_EQ(v[0]->m_nPoints, 8);
   EXPECT_EQ(v[0]->m_nIndex, -1);  // no repair this time: the list is not numbered
-  DeleteAll(comps);
 }
 
 TEST(GetCompList, MirrorCrossingCopiesToTheLeft) {
@@ -85,11 +81,10 @@ TEST(GetCompList, MirrorCrossingCopiesToTheLeft) {
   // down-right crossing exists, so the mirror repair recolours (1,1).
   OutlineEngine e;
   e.LoadText({"rrr", "rbr", "rrg"});
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
   EXPECT_EQ(e.WorkPixel(1, 1), kRed);
   EXPECT_EQ(e.WorkPixel(2, 2), RGB(0, 255, 0));
-  DeleteAll(comps);
 }
 
 TEST(GetCompList, SeparateComponentsTouchingAtACornerStaySeparate) {
@@ -97,19 +92,18 @@ TEST(GetCompList, SeparateComponentsTouchingAtACornerStaySeparate) {
   // the label test of the repair does not see them as one.
   OutlineEngine e;
   e.LoadText({"r.", ".r"});
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
   EXPECT_EQ(comps.size(), 4u);
   EXPECT_EQ(e.WorkPixel(1, 0), kWhite);
   EXPECT_EQ(e.WorkPixel(0, 1), kWhite);
-  DeleteAll(comps);
 }
 
 TEST(GetCompList, AbsorbingPixelJoinsTheComponentSeededFirstButIsNotExpanded) {
   OutlineEngine e;
   e.LoadText({"rgrb"});
   unsigned char mask[4] = {0, 1, 0, 0};
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, mask);
   auto v = Vec(comps);
   ASSERT_EQ(v.size(), 3u);
@@ -118,14 +112,13 @@ TEST(GetCompList, AbsorbingPixelJoinsTheComponentSeededFirstButIsNotExpanded) {
   EXPECT_EQ(v[0]->m_crColor, kRed);
   EXPECT_EQ(v[1]->m_pPoints[0], Pt(2, 0));  // not reached through the absorbing pixel
   EXPECT_EQ(v[1]->m_nPoints, 1);
-  DeleteAll(comps);
 }
 
 TEST(GetCompList, AbsorbingPixelNeverSeeds) {
   OutlineEngine e;
   e.LoadText({"g"});
   unsigned char mask[1] = {1};
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   EXPECT_EQ(e.GetCompList(comps, mask), 1);
   EXPECT_TRUE(comps.empty());
 }
@@ -134,7 +127,7 @@ TEST(GetCompList, ExcludedAndHostMaskedPixelsJoinNothing) {
   OutlineEngine e;
   e.LoadText({"rrr", "rrr"});
   std::vector<unsigned char> all2(6, 2);
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   EXPECT_EQ(e.GetCompList(comps, all2.data()), 1);
   EXPECT_TRUE(comps.empty());
 
@@ -143,7 +136,6 @@ TEST(GetCompList, ExcludedAndHostMaskedPixelsJoinNothing) {
   e.GetCompList(comps, nullptr);
   EXPECT_EQ(comps.size(), 2u);
   EXPECT_EQ(comps.front()->m_nPoints, 2);
-  DeleteAll(comps);
   e.SetMASKData(nullptr);
 }
 
@@ -172,11 +164,10 @@ TEST(SmallRegionLimit, NeverBelowFourAndFiniteOnlyWhenItFits) {
 TEST(RemoveSmallRegions, TakesTheFirstDifferentNeighbourColour) {
   OutlineEngine e;
   e.LoadText({"bgggggg"});
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
   EXPECT_EQ(e.RemoveSmallRegions(comps, 3.0, nullptr), 1);
   EXPECT_EQ(e.WorkPixel(0, 0), RGB(0, 255, 0));
-  DeleteAll(comps);
 }
 
 TEST(RemoveSmallRegions, ReplacementColourCarriesOverBetweenComponents) {
@@ -186,7 +177,7 @@ TEST(RemoveSmallRegions, ReplacementColourCarriesOverBetweenComponents) {
   OutlineEngine e;
   e.LoadText({"bg#y#......"});
   unsigned char mask[11] = {0, 0, 2, 0, 2, 0, 0, 0, 0, 0, 0};
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, mask);
   ASSERT_EQ(comps.size(), 4u);
   EXPECT_EQ(e.RemoveSmallRegions(comps, 3.0, mask), 1);
@@ -197,19 +188,17 @@ TEST(RemoveSmallRegions, ReplacementColourCarriesOverBetweenComponents) {
   EXPECT_EQ(mask[0], 0);
   EXPECT_EQ(mask[1], 2);
   EXPECT_EQ(mask[3], 2);
-  DeleteAll(comps);
 }
 
 TEST(RemoveSmallRegions, FirstIsolatedComponentTurnsWhite) {
   OutlineEngine e;
   e.LoadText({"b#ggggg"});
   unsigned char mask[7] = {0, 2, 0, 0, 0, 0, 0};
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, mask);
   EXPECT_EQ(e.RemoveSmallRegions(comps, 3.0, mask), 0);
   EXPECT_EQ(e.WorkPixel(0, 0), kWhite);
   EXPECT_EQ(mask[0], 2);
-  DeleteAll(comps);
 }
 
 TEST(RemoveSmallRegions, HostMaskValueIsWrittenAtTheLastExaminedPixelOnly) {
@@ -219,20 +208,19 @@ TEST(RemoveSmallRegions, HostMaskValueIsWrittenAtTheLastExaminedPixelOnly) {
   e.LoadText({"rrrrrrr"});
   int host[7] = {0, 0, 5, 5, 5, 5, 5};
   e.SetMASKData(host);
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
   ASSERT_EQ(comps.size(), 1u);
   EXPECT_EQ(e.RemoveSmallRegions(comps, 3.0, nullptr), 1);
   EXPECT_EQ(host[0], 0);
   EXPECT_EQ(host[1], 5);
   EXPECT_EQ(e.WorkPixel(0, 0), kRed);  // painted with the last examined colour
-  DeleteAll(comps);
   e.SetMASKData(nullptr);
 }
 
 TEST(RemoveSmallRegions, WithoutImageReturnsZero) {
   OutlineEngine e;
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   EXPECT_EQ(e.RemoveSmallRegions(comps, 3.0, nullptr), 0);
 }
 
@@ -267,7 +255,7 @@ TEST(DeflateComponent, HoldsTheDiscOnlyWhereItFits) {
     if (x >= 14 && x <= 28 && y >= 5 && y <= 6) return RGB(0, 0, 255);
     return kWhite;
   });
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
   std::vector<sPoint> disc = outline::BuildDiscTable(3.0);
   std::vector<unsigned char> scratch(600, 0);
@@ -282,20 +270,18 @@ TEST(DeflateComponent, HoldsTheDiscOnlyWhereItFits) {
   EXPECT_EQ(results[1], 1);
   EXPECT_EQ(results[2], 0);
   for (unsigned char b : scratch) ASSERT_EQ(b, 0);
-  DeleteAll(comps);
 }
 
 TEST(DeflateComponent, OffsetsOutsideThePictureCountAsInside) {
   OutlineEngine e;
   e.Load(3, 3, [](int, int) { return kRed; });
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
   sPoint far[2] = {Pt(10, 0), Pt(0, -10)};
   sPoint near[1] = {Pt(1, 1)};
   std::vector<unsigned char> scratch(9, 0);
   EXPECT_EQ(e.DeflateComponent(comps.front(), far, 2, 3, 3, scratch.data()), 1);
   EXPECT_EQ(e.DeflateComponent(comps.front(), near, 1, 3, 3, scratch.data()), 1);
-  DeleteAll(comps);
 }
 
 }  // namespace

@@ -96,9 +96,9 @@ TEST(FindNextStep, TurnsOffTheFrameAtALabelChange) {
 TEST(GetOutlineList, SinglePixelTracesToFiveVerticesWithItsEncloserAsNeighbour) {
   OutlineEngine e;
   e.LoadText({"...", ".r.", "..."});
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
-  std::list<COutlineVector*> pieces;
+  Owned<COutlineVector> pieces;
   e.GetOutlineList(pieces, comps, 0.0);
   auto v = Vec(pieces);
   ASSERT_EQ(v.size(), 2u);
@@ -117,17 +117,15 @@ TEST(GetOutlineList, SinglePixelTracesToFiveVerticesWithItsEncloserAsNeighbour) 
   EXPECT_EQ(p->m_ptStart, Pt(1, 1));
   EXPECT_EQ(p->m_ptEnd, Pt(1, 1));
   EXPECT_EQ(comps.size(), 2u);
-  DeleteAll(pieces);
-  DeleteAll(comps);
 }
 
 TEST(GetOutlineList, ComponentTouchingTheFrameIsCutThere) {
   // Red left half, blue right half of a 4 x 3 picture.
   OutlineEngine e;
   e.LoadText({"rrbb", "rrbb", "rrbb"});
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);
-  std::list<COutlineVector*> pieces;
+  Owned<COutlineVector> pieces;
   e.GetOutlineList(pieces, comps, 0.0);
   auto v = Vec(pieces);
   ASSERT_EQ(v.size(), 4u);
@@ -159,8 +157,6 @@ TEST(GetOutlineList, ComponentTouchingTheFrameIsCutThere) {
   // The blue twin has the red piece's vertices backwards.
   EXPECT_EQ(Chain(v[2]->m_pPoints, v[2]->m_nPoints),
             (std::vector<sPoint>{Pt(2, 0), Pt(2, 1), Pt(2, 3)}));
-  DeleteAll(pieces);
-  DeleteAll(comps);
 }
 
 TEST(GetOutlineList, ComponentLosingItsPixelsToTheRepairIsRemoved) {
@@ -168,41 +164,23 @@ TEST(GetOutlineList, ComponentLosingItsPixelsToTheRepairIsRemoved) {
   // labels it has no pixel and no start vertex any more.
   OutlineEngine e;
   e.LoadText({"rrr", "rbr", "grr"});
-  std::list<CConComponent*> comps;
+  Owned<CConComponent> comps;
   e.GetCompList(comps, nullptr);  // repairs the image too, returns the old list
   ASSERT_EQ(comps.size(), 3u);
   CConComponent* green = comps.back();
-  std::list<COutlineVector*> pieces;
+  Owned<COutlineVector> pieces;
   e.GetOutlineList(pieces, comps, 0.0);
   ASSERT_EQ(comps.size(), 2u);
   EXPECT_EQ(comps.back(), green);  // order kept
   for (COutlineVector* p : pieces) EXPECT_NE(p->m_nRegion, 1);
-  DeleteAll(pieces);
-  DeleteAll(comps);
-}
-
-COutlineVector* Piece(int region, int neighbor, std::vector<sPoint> pts) {
-  COutlineVector* v = new COutlineVector;
-  v->m_nRegion = region;
-  v->m_nNeighbor = neighbor;
-  v->m_nPoints = v->m_nRawPoints = static_cast<int>(pts.size());
-  v->m_pPoints = new sPoint[pts.size()];
-  v->m_pRawPoints = new sPoint[pts.size()];
-  for (size_t k = 0; k < pts.size(); k++) {
-    v->m_pPoints[k] = pts[k];
-    v->m_pRawPoints[k] = Pt(pts[k].x, pts[k].y + 100);  // raw told apart from reduced
-  }
-  v->m_ptStart = pts.front();
-  v->m_ptEnd = pts.back();
-  return v;
 }
 
 TEST(FindAnotherOutline, ChainsEndToStartAndConsumes) {
   std::vector<COutlineVector*> p = {
-      Piece(1, 6, {Pt(2, 0), Pt(9, 9)}),          // other neighbour: ignored
-      Piece(1, -1, {Pt(0, 0), Pt(2, 0)}),         // already consumed
-      Piece(1, 5, {Pt(2, 0), Pt(2, 1), Pt(2, 2)}),
-      Piece(2, 5, {Pt(2, 2), Pt(0, 2), Pt(0, 0)}),
+      Piece(1, 6, {Pt(2, 0), Pt(9, 9)}, 100),   // other neighbour: ignored
+      Piece(1, -1, {Pt(0, 0), Pt(2, 0)}, 100),  // already consumed
+      Piece(1, 5, {Pt(2, 0), Pt(2, 1), Pt(2, 2)}, 100),
+      Piece(2, 5, {Pt(2, 2), Pt(0, 2), Pt(0, 0)}, 100),
   };
   OutlineEngine e;
   sPoint a[16], b[16];

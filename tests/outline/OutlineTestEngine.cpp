@@ -26,6 +26,22 @@ std::vector<sPoint> Chain(const sPoint* p, int n) { return std::vector<sPoint>(p
 
 sPoint Pt(int x, int y) { return sPoint{static_cast<short>(x), static_cast<short>(y)}; }
 
+COutlineVector* Piece(int region, int neighbor, std::vector<sPoint> pts, int rawDy) {
+  COutlineVector* v = new COutlineVector;
+  v->m_nRegion = region;
+  v->m_nNeighbor = neighbor;
+  v->m_nPoints = v->m_nRawPoints = static_cast<int>(pts.size());
+  v->m_pPoints = new sPoint[pts.size()];
+  v->m_pRawPoints = new sPoint[pts.size()];
+  for (size_t k = 0; k < pts.size(); k++) {
+    v->m_pPoints[k] = pts[k];
+    v->m_pRawPoints[k] = Pt(pts[k].x, pts[k].y + rawDy);
+  }
+  v->m_ptStart = pts.front();
+  v->m_ptEnd = pts.back();
+  return v;
+}
+
 namespace {
 
 // Adds the edges of one closed chain.

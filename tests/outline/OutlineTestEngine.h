@@ -52,6 +52,22 @@ void DeleteAll(std::list<T*>& l) {
   l.clear();
 }
 
+// A list of owned pointers that frees its elements when it goes.
+template <class T>
+struct Owned : std::list<T*> {
+  using std::list<T*>::list;
+  Owned() = default;
+  Owned(const Owned&) = delete;
+  Owned& operator=(const Owned&) = delete;
+  ~Owned() {
+    for (T* p : *this) delete p;
+  }
+};
+
+// A hand-made piece over pts; its raw points are pts moved down by rawDy,
+// so that raw and reduced points can be told apart.
+COutlineVector* Piece(int region, int neighbor, std::vector<sPoint> pts, int rawDy = 0);
+
 // A closed vertex chain as a vector.
 std::vector<sPoint> Chain(const sPoint* p, int n);
 sPoint Pt(int x, int y);

@@ -135,19 +135,6 @@ TEST(GetOutline4Cartoon2, RepeatedRunsGiveIdenticalRegions) {
 
 // ---- assembly on hand-made pieces
 
-COutlineVector* Piece(int region, int neighbor, V pts) {
-  COutlineVector* v = new COutlineVector;
-  v->m_nRegion = region;
-  v->m_nNeighbor = neighbor;
-  v->m_nPoints = v->m_nRawPoints = static_cast<int>(pts.size());
-  v->m_pPoints = new sPoint[pts.size()];
-  v->m_pRawPoints = new sPoint[pts.size()];
-  for (size_t k = 0; k < pts.size(); k++) v->m_pPoints[k] = v->m_pRawPoints[k] = pts[k];
-  v->m_ptStart = pts.front();
-  v->m_ptEnd = pts.back();
-  return v;
-}
-
 CConComponent* Component(int x0, int y0, int x1, int y1) {
   CConComponent* c = new CConComponent;
   c->m_nPoints = (x1 - x0 + 1) * (y1 - y0 + 1);

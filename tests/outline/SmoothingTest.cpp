@@ -77,19 +77,6 @@ TEST(SmoothOutline, SegmentsStayWithinAThousandPixels) {
   EXPECT_EQ(Simplify(e, {Pt(0, 0), Pt(999, 1), Pt(1002, 0)}, 2.0f), (V{Pt(0, 0), Pt(1002, 0)}));
 }
 
-COutlineVector* Piece(int region, int neighbor, V pts) {
-  COutlineVector* v = new COutlineVector;
-  v->m_nRegion = region;
-  v->m_nNeighbor = neighbor;
-  v->m_nPoints = v->m_nRawPoints = static_cast<int>(pts.size());
-  v->m_pPoints = new sPoint[pts.size()];
-  v->m_pRawPoints = new sPoint[pts.size()];
-  for (size_t k = 0; k < pts.size(); k++) v->m_pPoints[k] = v->m_pRawPoints[k] = pts[k];
-  v->m_ptStart = pts.front();
-  v->m_ptEnd = pts.back();
-  return v;
-}
-
 TEST(SmoothOutlineVector, TwinsShareVerticesAndDuplicatesGo) {
   OutlineEngine e;
   V stair = {Pt(0, 0), Pt(1, 0), Pt(1, 1), Pt(2, 1), Pt(2, 2), Pt(3, 2)};
