@@ -34,6 +34,49 @@ std::vector<unsigned char> MakeDib24(int width, int height,
   return dib;
 }
 
+std::vector<unsigned char> MakePackedDib(int width, int height, int bits,
+                                         const std::vector<COLORREF>& table, DWORD clrUsed,
+                                         const std::function<DWORD(int x, int row)>& value,
+                                         unsigned char pad, unsigned char reserved) {
+  const int stride = ((width * bits + 31) / 32) * 4;
+  std::vector<unsigned char> dib(40 + table.size() * 4 + static_cast<size_t>(stride) * height, pad);
+  BITMAPINFOHEADER h{};
+  h.biSize = 40;
+  h.biWidth = width;
+  h.biHeight = height;
+  h.biPlanes = 1;
+  h.biBitCount = static_cast<WORD>(bits);
+  h.biClrUsed = clrUsed;
+  std::memcpy(dib.data(), &h, 40);
+  for (size_t i = 0; i < table.size(); i++) {
+    unsigned char* q = dib.data() + 40 + 4 * i;
+    q[0] = GetBValue(table[i]);
+    q[1] = GetGValue(table[i]);
+    q[2] = GetRValue(table[i]);
+    q[3] = reserved;
+  }
+  unsigned char* rows = dib.data() + 40 + table.size() * 4;
+  for (int row = 0; row < height; row++) {
+    unsigned char* r = rows + static_cast<size_t>(row) * stride;
+    std::memset(r, 0, static_cast<size_t>((width * bits + 7) / 8));
+    for (int x = 0; x < width; x++) {
+      const DWORD v = value(x, row);
+      if (bits == 24) {
+        r[3 * x] = GetBValue(v);
+        r[3 * x + 1] = GetGValue(v);
+        r[3 * x + 2] = GetRValue(v);
+      } else if (bits == 8) {
+        r[x] = static_cast<unsigned char>(v);
+      } else if (bits == 4) {
+        r[x / 2] |= static_cast<unsigned char>((x & 1) ? v : v << 4);
+      } else if (v) {
+        r[x / 8] |= static_cast<unsigned char>(0x80 >> (x % 8));
+      }
+    }
+  }
+  return dib;
+}
+
 std::string ExamplePath(const std::string& name) { return std::string(PICTRACE_EXAMPLES_DIR) + "/" + name; }
 
 std::string SharedImagePath(const std::string& name) {

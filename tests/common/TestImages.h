@@ -14,6 +14,16 @@ namespace testimg {
 std::vector<unsigned char> MakeDib24(int width, int height,
                                      const std::function<COLORREF(int x, int row)>& fn);
 
+// A packed bottom-up DIB of 1, 4, 8 or 24 bits per pixel with a colour table
+// of `table` (reserved bytes `reserved`) and `clrUsed` in the header.
+// value(x, row) is each pixel's palette index, or its colour at 24 bits. The
+// padding bytes of every row are `pad`, so that a reader straying into them
+// is noticed.
+std::vector<unsigned char> MakePackedDib(int width, int height, int bits,
+                                         const std::vector<COLORREF>& table, DWORD clrUsed,
+                                         const std::function<DWORD(int x, int row)>& value,
+                                         unsigned char pad = 0, unsigned char reserved = 0);
+
 // Path of a file in examples/.
 std::string ExamplePath(const std::string& name);
 // Path of a file in the shared picture folder (may be absent).

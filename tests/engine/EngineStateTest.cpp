@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "common/TestImages.h"
 #include "engine/EngineTestSupport.h"
@@ -47,28 +48,20 @@ TEST(EngineStateTest, ConstructorDefaults) {
 
 TEST(EngineStateTest, SensitivitySetsThresholdOnlyInRange) {
   CPictrace engine;
-  engine.SetSegmentationSensitivity(101);
-  EXPECT_EQ(engine.m_nSegmentThreshold, 10);
-  engine.SetSegmentationSensitivity(-1);
-  EXPECT_EQ(engine.m_nSegmentThreshold, 10);
-  engine.SetSegmentationSensitivity(100);
-  EXPECT_EQ(engine.m_nSegmentThreshold, 0);
-  engine.SetSegmentationSensitivity(0);
-  EXPECT_EQ(engine.m_nSegmentThreshold, 100);
-  engine.SetSegmentationSensitivity(37);
-  EXPECT_EQ(engine.m_nSegmentThreshold, 63);
+  // In turn: sensitivity set, threshold expected after it.
+  for (auto step : {std::pair<int, int>{101, 10}, {-1, 10}, {100, 0}, {0, 100}, {37, 63}}) {
+    engine.SetSegmentationSensitivity(step.first);
+    EXPECT_EQ(engine.m_nSegmentThreshold, step.second) << "sensitivity " << step.first;
+  }
 }
 
 TEST(EngineStateTest, SatinWidthSetterIgnoresNonPositiveAndNaN) {
   TestEngine engine;
-  engine.SetSatinWidth(0.0);
-  EXPECT_EQ(engine.m_dSatinWidth, 6.0);
-  engine.SetSatinWidth(-2.0);
-  EXPECT_EQ(engine.m_dSatinWidth, 6.0);
-  engine.SetSatinWidth(std::numeric_limits<double>::quiet_NaN());
-  EXPECT_EQ(engine.m_dSatinWidth, 6.0);
-  engine.SetSatinWidth(2.5);
-  EXPECT_EQ(engine.m_dSatinWidth, 2.5);
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (auto step : {std::pair<double, double>{0.0, 6.0}, {-2.0, 6.0}, {nan, 6.0}, {2.5, 2.5}}) {
+    engine.SetSatinWidth(step.first);
+    EXPECT_EQ(engine.m_dSatinWidth, step.second) << "width " << step.first;
+  }
 }
 
 TEST(EngineStateTest, SatinWidthFollowsTheLargerScale) {

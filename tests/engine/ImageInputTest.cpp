@@ -13,7 +13,7 @@ namespace {
 using enginetest::HeaderOf;
 using enginetest::MakePaletteDib;
 using enginetest::MessageRecorder;
-using enginetest::Pixel24;
+using testimg::PixelAt;
 
 COLORREF Stripes(int x, int row) { return RGB(10 * x, 20 * row, (x + row) & 1 ? 200 : 50); }
 
@@ -33,8 +33,8 @@ TEST(ImageInputTest, TwentyFourBitImageIsKeptWithItsSizeRecomputed) {
   EXPECT_NE(engine.m_pDIB, dib.data());  // a copy, not the caller's buffer
   for (int row = 0; row < 3; row++)
     for (int x = 0; x < 5; x++) {
-      EXPECT_EQ(Pixel24(engine.m_pDIBBits, 5, x, row), Stripes(x, row));
-      EXPECT_EQ(Pixel24(engine.m_pWorkBits, 5, x, row), Stripes(x, row));
+      EXPECT_EQ(PixelAt(engine.m_pDIBBits, 5, x, row), Stripes(x, row));
+      EXPECT_EQ(PixelAt(engine.m_pWorkBits, 5, x, row), Stripes(x, row));
     }
   CSize size;
   ASSERT_EQ(engine.GetDIBSize(size), 1);
@@ -52,7 +52,7 @@ TEST(ImageInputTest, TwentyFourBitImageIgnoresClrUsed) {
   CPictrace engine;
   ASSERT_EQ(engine.SetDIBData(dib.data()), 1);
   for (int row = 0; row < 2; row++)
-    for (int x = 0; x < 4; x++) EXPECT_EQ(Pixel24(engine.m_pDIBBits, 4, x, row), Stripes(x, row));
+    for (int x = 0; x < 4; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 4, x, row), Stripes(x, row));
 }
 
 TEST(ImageInputTest, OneBitImageReadsMostSignificantBitFirstAcrossStrides) {
@@ -70,7 +70,7 @@ TEST(ImageInputTest, OneBitImageReadsMostSignificantBitFirstAcrossStrides) {
   EXPECT_EQ(engine.m_bmiHeader.biClrUsed, 0u);
   for (int row = 0; row < 2; row++)
     for (int x = 0; x < 33; x++)
-      EXPECT_EQ(Pixel24(engine.m_pDIBBits, 33, x, row), table[index(x, row)]) << x << "," << row;
+      EXPECT_EQ(PixelAt(engine.m_pDIBBits, 33, x, row), table[index(x, row)]) << x << "," << row;
 }
 
 TEST(ImageInputTest, FourBitImageReadsHighNibbleFirstWithSixteenEntries) {
@@ -82,7 +82,7 @@ TEST(ImageInputTest, FourBitImageReadsHighNibbleFirstWithSixteenEntries) {
   ASSERT_EQ(engine.SetDIBData(dib.data()), 1);
   EXPECT_EQ(engine.m_bmiHeader.biSizeImage, 3u * 16u);
   for (int row = 0; row < 3; row++)
-    for (int x = 0; x < 5; x++) EXPECT_EQ(Pixel24(engine.m_pDIBBits, 5, x, row), table[index(x, row)]);
+    for (int x = 0; x < 5; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 5, x, row), table[index(x, row)]);
 }
 
 TEST(ImageInputTest, EightBitImageWithShortTableTakesRowsRightAfterIt) {
@@ -95,7 +95,7 @@ TEST(ImageInputTest, EightBitImageWithShortTableTakesRowsRightAfterIt) {
   CPictrace engine;
   ASSERT_EQ(engine.SetDIBData(dib.data()), 1);
   for (int row = 0; row < 4; row++)
-    for (int x = 0; x < 6; x++) EXPECT_EQ(Pixel24(engine.m_pDIBBits, 6, x, row), table[index(x, row)]);
+    for (int x = 0; x < 6; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 6, x, row), table[index(x, row)]);
 }
 
 TEST(ImageInputTest, ConvertedBuffersCarryTheRewrittenHeader) {
@@ -117,8 +117,8 @@ TEST(ImageInputTest, IndexPastTheTableReadsFollowingBytesOrBlack) {
   CPictrace engine;
   ASSERT_EQ(engine.SetDIBData(dib.data()), 1);
   // Row bytes are 2, 255, 255, 255: blue 2, green 255, red 255.
-  EXPECT_EQ(Pixel24(engine.m_pDIBBits, 4, 0, 0), RGB(255, 255, 2));
-  EXPECT_EQ(Pixel24(engine.m_pDIBBits, 4, 1, 0), RGB(0, 0, 0));
+  EXPECT_EQ(PixelAt(engine.m_pDIBBits, 4, 0, 0), RGB(255, 255, 2));
+  EXPECT_EQ(PixelAt(engine.m_pDIBBits, 4, 1, 0), RGB(0, 0, 0));
 }
 
 class RefusalTest : public ::testing::TestWithParam<int> {};
@@ -197,8 +197,8 @@ TEST(ImageInputTest, SavedCopyRoundTripsThroughAnotherImage) {
   EXPECT_EQ(engine.m_dSatinWidth, 35.0 / 10.0);  // re-derived: 50 / 5 = 10 beats 20 / 4
   for (int row = 0; row < 4; row++)
     for (int x = 0; x < 5; x++) {
-      EXPECT_EQ(Pixel24(engine.m_pDIBBits, 5, x, row), Stripes(x, row));
-      EXPECT_EQ(Pixel24(engine.m_pWorkBits, 5, x, row), Stripes(x, row));
+      EXPECT_EQ(PixelAt(engine.m_pDIBBits, 5, x, row), Stripes(x, row));
+      EXPECT_EQ(PixelAt(engine.m_pWorkBits, 5, x, row), Stripes(x, row));
     }
 }
 
@@ -214,7 +214,7 @@ TEST(ImageInputTest, SavedCopyOfAPaletteImageIsSizedFromItsRewrittenHeader) {
   engine.CopyBMPData_OriginalToData();
   EXPECT_EQ(engine.m_bmiHeader.biWidth, 7);
   for (int row = 0; row < 3; row++)
-    for (int x = 0; x < 7; x++) EXPECT_EQ(Pixel24(engine.m_pDIBBits, 7, x, row), table[index(x, row)]);
+    for (int x = 0; x < 7; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 7, x, row), table[index(x, row)]);
 }
 
 TEST(ImageInputTest, RestoreWithoutASavedCopyDoesNothing) {
@@ -233,7 +233,7 @@ TEST(ImageInputTest, ReloadingTheEnginesOwnBufferIsSafe) {
   ASSERT_EQ(engine.SetDIBData(engine.m_pDIB), 1);
   ASSERT_EQ(engine.SetDIBData(engine.m_pWorkDIB), 1);
   for (int row = 0; row < 5; row++)
-    for (int x = 0; x < 6; x++) EXPECT_EQ(Pixel24(engine.m_pDIBBits, 6, x, row), Stripes(x, row));
+    for (int x = 0; x < 6; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 6, x, row), Stripes(x, row));
 }
 
 TEST(ImageInputTest, BundledPaletteBmpMatchesThePngWhereThePaletteIsExact) {
@@ -259,7 +259,7 @@ TEST(ImageInputTest, BundledPaletteBmpMatchesThePngWhereThePaletteIsExact) {
       COLORREF want = testimg::PixelAt(png.data() + 40, width, x, row);
       if (!palette.count(want)) continue;
       exact++;
-      if (Pixel24(engine.m_pDIBBits, width, x, row) == want) matching++;
+      if (PixelAt(engine.m_pDIBBits, width, x, row) == want) matching++;
     }
   EXPECT_EQ(matching, exact);
   EXPECT_GT(exact, width * height / 2);  // most of the picture uses palette colours exactly

@@ -12,50 +12,38 @@
 namespace {
 
 TEST(ResultClassesTest, FieldOrderAndWidthsAreTheExportedLayout) {
-  EXPECT_EQ(offsetof(CPTPoint, x), 0u);
-  EXPECT_EQ(offsetof(CPTPoint, y), 4u);
-  EXPECT_EQ(sizeof(CPTPoint), 8u);
-
-  EXPECT_EQ(offsetof(CPTLine, m_nType), 0u);
-  EXPECT_EQ(offsetof(CPTLine, m_ptStart), 4u);
-  EXPECT_EQ(offsetof(CPTLine, m_ptCtrl1), 12u);
-  EXPECT_EQ(offsetof(CPTLine, m_ptCtrl2), 20u);
-  EXPECT_EQ(offsetof(CPTLine, m_ptEnd), 28u);
-  EXPECT_EQ(sizeof(CPTLine), 36u);
-
-  EXPECT_EQ(offsetof(CPTPolygon, m_nLines), 0u);
-  EXPECT_EQ(offsetof(CPTPolygon, m_pLines), sizeof(void*));
-  EXPECT_EQ(sizeof(CPTPolygon), 2 * sizeof(void*));
-
   const size_t p = sizeof(void*);
-  EXPECT_EQ(offsetof(CPTPolygonLine, m_nLines), 0u);
-  EXPECT_EQ(offsetof(CPTPolygonLine, m_pLines), p);
-  EXPECT_EQ(offsetof(CPTPolygonLine, m_nAttr1), 2 * p);
-  EXPECT_EQ(offsetof(CPTPolygonLine, m_nAttr2), 2 * p + 4);
-  EXPECT_EQ(offsetof(CPTPolygonLine, m_nAttr3), 2 * p + 8);
-  EXPECT_EQ(offsetof(CPTPolygonLine, m_nAttr4), 2 * p + 12);
-  EXPECT_EQ(offsetof(CPTPolygonLine, m_nAttr5), 2 * p + 16);
-  EXPECT_EQ(sizeof(CPTPolygonLine), 2 * p + 24);  // 20 bytes of ints, padded to the pointer
-
-  EXPECT_EQ(offsetof(CPTRegion, m_nPolygons), 0u);
-  EXPECT_EQ(offsetof(CPTRegion, m_pPolygons), p);
-  EXPECT_EQ(offsetof(CPTRegion, m_nRegionFlag), 2 * p);
-  EXPECT_EQ(offsetof(CPTRegion, m_nColorIndex), 2 * p + 4);
-  EXPECT_EQ(sizeof(CPTRegion), 2 * p + 8);
-
-  EXPECT_EQ(offsetof(CPTRegions, m_nRegions), 0u);
-  EXPECT_EQ(offsetof(CPTRegions, m_pRegions), p);
-  EXPECT_EQ(sizeof(CPTRegions), 2 * p);
-
-  EXPECT_EQ(offsetof(CPTThinLine, m_nPolygonLines), 0u);
-  EXPECT_EQ(offsetof(CPTThinLine, m_pPolygonLines), p);
-  EXPECT_EQ(offsetof(CPTThinLine, m_nThinLineFlag), 2 * p);
-  EXPECT_EQ(offsetof(CPTThinLine, m_nColorIndex), 2 * p + 4);
-  EXPECT_EQ(sizeof(CPTThinLine), 2 * p + 8);
-
-  EXPECT_EQ(offsetof(CPTThinLines, m_nThinLines), 0u);
-  EXPECT_EQ(offsetof(CPTThinLines, m_pThinLines), p);
-  EXPECT_EQ(sizeof(CPTThinLines), 2 * p);
+  struct Place {
+    const char* what;
+    size_t actual;
+    size_t expected;
+  };
+#define PT_FIELD(T, f, at) Place{#T "::" #f, offsetof(T, f), at}
+#define PT_SIZE(T, size) Place{"sizeof " #T, sizeof(T), size}
+  const Place places[] = {
+      PT_FIELD(CPTPoint, x, 0), PT_FIELD(CPTPoint, y, 4), PT_SIZE(CPTPoint, 8),
+      PT_FIELD(CPTLine, m_nType, 0), PT_FIELD(CPTLine, m_ptStart, 4),
+      PT_FIELD(CPTLine, m_ptCtrl1, 12), PT_FIELD(CPTLine, m_ptCtrl2, 20),
+      PT_FIELD(CPTLine, m_ptEnd, 28), PT_SIZE(CPTLine, 36),
+      PT_FIELD(CPTPolygon, m_nLines, 0), PT_FIELD(CPTPolygon, m_pLines, p), PT_SIZE(CPTPolygon, 2 * p),
+      PT_FIELD(CPTPolygonLine, m_nLines, 0), PT_FIELD(CPTPolygonLine, m_pLines, p),
+      PT_FIELD(CPTPolygonLine, m_nAttr1, 2 * p), PT_FIELD(CPTPolygonLine, m_nAttr2, 2 * p + 4),
+      PT_FIELD(CPTPolygonLine, m_nAttr3, 2 * p + 8), PT_FIELD(CPTPolygonLine, m_nAttr4, 2 * p + 12),
+      PT_FIELD(CPTPolygonLine, m_nAttr5, 2 * p + 16),
+      PT_SIZE(CPTPolygonLine, 2 * p + 24),  // 20 bytes of ints, padded to the pointer
+      PT_FIELD(CPTRegion, m_nPolygons, 0), PT_FIELD(CPTRegion, m_pPolygons, p),
+      PT_FIELD(CPTRegion, m_nRegionFlag, 2 * p), PT_FIELD(CPTRegion, m_nColorIndex, 2 * p + 4),
+      PT_SIZE(CPTRegion, 2 * p + 8),
+      PT_FIELD(CPTRegions, m_nRegions, 0), PT_FIELD(CPTRegions, m_pRegions, p), PT_SIZE(CPTRegions, 2 * p),
+      PT_FIELD(CPTThinLine, m_nPolygonLines, 0), PT_FIELD(CPTThinLine, m_pPolygonLines, p),
+      PT_FIELD(CPTThinLine, m_nThinLineFlag, 2 * p), PT_FIELD(CPTThinLine, m_nColorIndex, 2 * p + 4),
+      PT_SIZE(CPTThinLine, 2 * p + 8),
+      PT_FIELD(CPTThinLines, m_nThinLines, 0), PT_FIELD(CPTThinLines, m_pThinLines, p),
+      PT_SIZE(CPTThinLines, 2 * p),
+  };
+#undef PT_FIELD
+#undef PT_SIZE
+  for (const Place& place : places) EXPECT_EQ(place.actual, place.expected) << place.what;
 
   // No virtual table may sit in front of the fields.
   EXPECT_FALSE(std::is_polymorphic<CPTPolygonLine>::value);

@@ -4,6 +4,9 @@
 
 #include "RasterDC.h"
 #include "output/OutputFixtures.h"
+#include "common/PixelChecks.h"
+
+using testimg::ExpectPixels;
 
 using namespace outtest;
 
@@ -51,12 +54,9 @@ TEST_F(PreviewTest, PlainRegionIsFilledAndItsHoleLeftUnpainted) {
   AddSquareWithHole(0, RGB(10, 20, 30));
   Draw();
   for (COLORREF c : FillPixels()) ASSERT_EQ(c, RGB(10, 20, 30));
-  EXPECT_EQ(dc.GetPixel(8, 8), kWhite);
-  EXPECT_EQ(dc.GetPixel(11, 11), kWhite);
+  ExpectPixels(dc, {{8, 8, kWhite}, {11, 11, kWhite}});
   // Left and top edges are inside, right and bottom edges outside.
-  EXPECT_EQ(dc.GetPixel(1, 5), kWhite);
-  EXPECT_EQ(dc.GetPixel(18, 5), kWhite);
-  EXPECT_EQ(dc.GetPixel(5, 18), kWhite);
+  ExpectPixels(dc, {{1, 5, kWhite}, {18, 5, kWhite}, {5, 18, kWhite}});
   EXPECT_EQ(dc.GetROP2(), R2_COPYPEN);
 }
 
@@ -145,8 +145,7 @@ TEST_F(PreviewTest, RegionsAreDrawnInColourIndexOrder) {
   e.m_listOutlineRegions.push_back(MakeRegion(RectChain(0, 0, 10, 20), 1, RGB(0, 0, 255)));
   e.m_listOutlineRegions.push_back(MakeRegion(RectChain(0, 0, 20, 20), 0, RGB(255, 0, 0)));
   Draw();
-  EXPECT_EQ(dc.GetPixel(5, 5), RGB(0, 0, 255));
-  EXPECT_EQ(dc.GetPixel(15, 5), RGB(255, 0, 0));
+  ExpectPixels(dc, {{5, 5, RGB(0, 0, 255)}, {15, 5, RGB(255, 0, 0)}});
 }
 
 TEST_F(PreviewTest, ThreadColoursReplaceTheCurrentListOnly) {
@@ -189,9 +188,7 @@ TEST_F(PreviewTest, ScalesIntoTheDestinationAndRestoresThePen) {
   // Half size, shifted by (20, 20): the square covers 21..28.
   e.DrawPolygon(&big, CRect(20, 20, 30, 30), 0, 0);
   EXPECT_EQ(big.GetCurrentPen(), pBefore);
-  EXPECT_EQ(big.GetPixel(21, 21), RGB(10, 20, 30));
-  EXPECT_EQ(big.GetPixel(29, 21), kWhite);
-  EXPECT_EQ(big.GetPixel(19, 21), kWhite);
+  ExpectPixels(big, {{21, 21, RGB(10, 20, 30)}, {29, 21, kWhite}, {19, 21, kWhite}});
 }
 
 TEST_F(PreviewTest, CurvePolygonsUseTheBezierPointLayout) {
@@ -213,8 +210,6 @@ TEST_F(PreviewTest, CurvePolygonsUseTheBezierPointLayout) {
   e.m_listOutlineRegions.push_back(r);
   e.SetOutputLineType(1);
   e.DrawPolygon(&dc, CRect(0, 0, 20, 20), 0, 0);
-  EXPECT_EQ(dc.GetPixel(4, 4), RGB(10, 20, 30));
-  EXPECT_EQ(dc.GetPixel(15, 15), RGB(10, 20, 30));
-  EXPECT_EQ(dc.GetPixel(16, 10), kWhite);
-  EXPECT_EQ(dc.GetPixel(3, 10), kWhite);
+  ExpectPixels(dc, {{4, 4, RGB(10, 20, 30)}, {15, 15, RGB(10, 20, 30)}, {16, 10, kWhite},
+                    {3, 10, kWhite}});
 }

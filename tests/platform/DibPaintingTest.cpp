@@ -5,42 +5,19 @@
 #include <cstring>
 
 #include "RasterDC.h"
+#include "common/PixelChecks.h"
+#include "common/TestImages.h"
+
+using testimg::ExpectPixels;
 
 namespace {
 
-// A packed bottom-up DIB: header, colour table, rows; colours[row][x] for
-// 24 bits, palette indices for fewer bits.
-std::vector<BYTE> MakeDib(int width, int height, int bits, const std::vector<RGBQUAD>& table,
+// A packed bottom-up DIB: colours[row][x] for 24 bits, palette indices of
+// `table` for fewer bits.
+std::vector<BYTE> MakeDib(int width, int height, int bits, const std::vector<COLORREF>& table,
                           const std::vector<std::vector<DWORD>>& rows) {
-  int stride = ((width * bits + 31) / 32) * 4;
-  std::vector<BYTE> dib(40 + 4 * table.size() + static_cast<std::size_t>(stride) * height, 0);
-  BITMAPINFOHEADER h{};
-  h.biSize = 40;
-  h.biWidth = width;
-  h.biHeight = height;
-  h.biPlanes = 1;
-  h.biBitCount = static_cast<WORD>(bits);
-  h.biClrUsed = static_cast<DWORD>(table.size());
-  std::memcpy(dib.data(), &h, 40);
-  if (!table.empty()) std::memcpy(dib.data() + 40, table.data(), 4 * table.size());
-  BYTE* pixels = dib.data() + 40 + 4 * table.size();
-  for (int r = 0; r < height; r++)
-    for (int x = 0; x < width; x++) {
-      BYTE* row = pixels + r * stride;
-      DWORD v = rows[r][x];
-      if (bits == 24) {
-        row[3 * x] = GetBValue(v);
-        row[3 * x + 1] = GetGValue(v);
-        row[3 * x + 2] = GetRValue(v);
-      } else if (bits == 8) {
-        row[x] = static_cast<BYTE>(v);
-      } else if (bits == 4) {
-        row[x / 2] |= static_cast<BYTE>(x % 2 ? v : v << 4);
-      } else {
-        row[x / 8] |= static_cast<BYTE>(v << (7 - x % 8));
-      }
-    }
-  return dib;
+  return testimg::MakePackedDib(width, height, bits, table, static_cast<DWORD>(table.size()),
+                                [&](int x, int row) { return rows[row][x]; });
 }
 
 const BITMAPINFO* Info(const std::vector<BYTE>& dib) {
@@ -64,12 +41,7 @@ TEST(DibPainting, UnscaledCopyShowsTheTopRowFirst) {
   CRasterDC dc(5, 4);
   std::vector<BYTE> dib = TwoRows();
   EXPECT_EQ(SetDIBitsToDevice(&dc, 1, 1, 3, 2, 0, 0, 0, 2, Pixels(dib), Info(dib), DIB_RGB_COLORS), 2);
-  EXPECT_EQ(dc.GetPixel(1, 1), D);
-  EXPECT_EQ(dc.GetPixel(3, 1), F);
-  EXPECT_EQ(dc.GetPixel(1, 2), A);
-  EXPECT_EQ(dc.GetPixel(3, 2), C);
-  EXPECT_EQ(dc.GetPixel(0, 0), W);
-  EXPECT_EQ(dc.GetPixel(4, 3), W);
+  ExpectPixels(dc, {{1, 1, D}, {3, 1, F}, {1, 2, A}, {3, 2, C}, {0, 0, W}, {4, 3, W}});
 }
 
 TEST(DibPainting, UnscaledSourceRectangleAndScanBand) {
@@ -85,8 +57,7 @@ TEST(DibPainting, UnscaledSourceRectangleAndScanBand) {
   EXPECT_EQ(SetDIBitsToDevice(&band, 0, 0, 3, 2, 0, 0, 1, 1, Pixels(dib) + stride, Info(dib),
                               DIB_RGB_COLORS),
             1);
-  EXPECT_EQ(band.GetPixel(0, 0), D);
-  EXPECT_EQ(band.GetPixel(0, 1), W);
+  ExpectPixels(band, {{0, 0, D}, {0, 1, W}});
 }
 
 TEST(DibPainting, StretchDoublesEachPixel) {
@@ -100,8 +71,7 @@ TEST(DibPainting, StretchDoublesEachPixel) {
   const COLORREF expected[4][4] = {{C, C, D, D}, {C, C, D, D}, {A, A, B, B}, {A, A, B, B}};
   for (int y = 0; y < 4; y++)
     for (int x = 0; x < 4; x++) EXPECT_EQ(dc.GetPixel(1 + x, 1 + y), expected[y][x]) << x << "," << y;
-  EXPECT_EQ(dc.GetPixel(5, 5), W);
-  EXPECT_EQ(dc.GetPixel(0, 1), W);
+  ExpectPixels(dc, {{5, 5, W}, {0, 1, W}});
 }
 
 TEST(DibPainting, StretchSourceCountsFromTheTopAndClips) {
@@ -112,8 +82,7 @@ TEST(DibPainting, StretchSourceCountsFromTheTopAndClips) {
   EXPECT_EQ(dc.GetPixel(1, 1), E);
   // Half off the surface: what is visible is right.
   StretchDIBits(&dc, -3, 2, 6, 2, 0, 0, 3, 1, Pixels(dib), Info(dib), DIB_RGB_COLORS, SRCCOPY);
-  EXPECT_EQ(dc.GetPixel(0, 2), E);
-  EXPECT_EQ(dc.GetPixel(1, 3), F);
+  ExpectPixels(dc, {{0, 2, E}, {1, 3, F}});
   // A destination reaching far beyond the surface: column 0 lies in the
   // middle of the stretched source.
   CRasterDC wide(2, 1);
@@ -123,10 +92,9 @@ TEST(DibPainting, StretchSourceCountsFromTheTopAndClips) {
 }
 
 TEST(DibPainting, PaletteDibs) {
-  RGBQUAD red = {0, 0, 255, 0}, blue = {255, 0, 0, 0};
   const COLORREF R = RGB(255, 0, 0), Bl = RGB(0, 0, 255);
   for (int bits : {1, 4, 8}) {
-    std::vector<BYTE> dib = MakeDib(9, 1, bits, {red, blue}, {{1, 0, 0, 1, 1, 0, 1, 0, 1}});
+    std::vector<BYTE> dib = MakeDib(9, 1, bits, {R, Bl}, {{1, 0, 0, 1, 1, 0, 1, 0, 1}});
     CRasterDC dc(9, 1);
     ASSERT_EQ(SetDIBitsToDevice(&dc, 0, 0, 9, 1, 0, 0, 0, 1, Pixels(dib), Info(dib), DIB_RGB_COLORS), 1)
         << bits;

@@ -5,6 +5,9 @@
 #include <random>
 
 #include "RasterDC.h"
+#include "common/PixelChecks.h"
+
+using testimg::ExpectPixels;
 
 namespace {
 
@@ -78,14 +81,10 @@ TEST(RasterFill, HoleStaysUnpaintedUnderAlternate) {
   dc.PolyDraw(pts, types, 8);
   dc.EndPath();
   dc.FillPath();
-  EXPECT_EQ(dc.GetPixel(0, 0), 0u);
-  EXPECT_EQ(dc.GetPixel(2, 5), 0u);
-  EXPECT_EQ(dc.GetPixel(3, 3), RGB(255, 255, 255));  // the hole's top-left
-  EXPECT_EQ(dc.GetPixel(6, 6), RGB(255, 255, 255));
-  EXPECT_EQ(dc.GetPixel(7, 7), 0u);  // the hole's right/bottom edge is the ring's
-  EXPECT_EQ(dc.GetPixel(9, 9), 0u);
-  EXPECT_EQ(dc.GetPixel(10, 9), RGB(255, 255, 255));
-  EXPECT_EQ(dc.GetPixel(9, 10), RGB(255, 255, 255));
+  ExpectPixels(dc, {{0, 0, 0u}, {2, 5, 0u}, {3, 3, RGB(255, 255, 255)},  // the hole's top-left
+                    {6, 6, RGB(255, 255, 255)},
+                    {7, 7, 0u},  // the hole's right/bottom edge is the ring's
+                    {9, 9, 0u}, {10, 9, RGB(255, 255, 255)}, {9, 10, RGB(255, 255, 255)}});
 }
 
 TEST(RasterFill, EveryMixModeFollowsItsFormula) {
@@ -140,19 +139,10 @@ TEST(RasterFill, DiagonalCrossHatch) {
     dc.SetBkMode(bkMode);
     FillRect(dc, 0, 0, 16, 8);
     COLORREF gap = bkMode == OPAQUE ? white : red;
-    EXPECT_EQ(dc.GetPixel(0, 0), blue);
-    EXPECT_EQ(dc.GetPixel(7, 0), blue);
-    EXPECT_EQ(dc.GetPixel(1, 0), gap);
-    EXPECT_EQ(dc.GetPixel(8, 0), blue);   // the pattern repeats every 8 pixels
-    EXPECT_EQ(dc.GetPixel(15, 7), blue);
-    EXPECT_EQ(dc.GetPixel(1, 1), blue);
-    EXPECT_EQ(dc.GetPixel(6, 1), blue);
-    EXPECT_EQ(dc.GetPixel(3, 3), blue);
-    EXPECT_EQ(dc.GetPixel(4, 4), blue);
-    EXPECT_EQ(dc.GetPixel(5, 4), gap);
-    EXPECT_EQ(dc.GetPixel(2, 5), blue);
-    EXPECT_EQ(dc.GetPixel(3, 5), gap);
-    EXPECT_EQ(dc.GetPixel(0, 8), red);  // outside the fill
+    ExpectPixels(dc, {{0, 0, blue}, {7, 0, blue}, {1, 0, gap},
+                      {8, 0, blue},  // the pattern repeats every 8 pixels
+                      {15, 7, blue}, {1, 1, blue}, {6, 1, blue}, {3, 3, blue}, {4, 4, blue},
+                      {5, 4, gap}, {2, 5, blue}, {3, 5, gap}, {0, 8, red}});  // outside the fill
   }
 }
 
@@ -167,8 +157,7 @@ TEST(RasterFill, LightenedRegionCrossedWithNotXorHatch) {
   dc.SetROP2(R2_NOTXORPEN);
   dc.SelectObject(&hatch);
   FillRect(dc, 0, 0, 8, 8);
-  EXPECT_EQ(dc.GetPixel(0, 0), RGB(211, 133, 183));
-  EXPECT_EQ(dc.GetPixel(1, 0), RGB(228, 178, 128));
+  ExpectPixels(dc, {{0, 0, RGB(211, 133, 183)}, {1, 0, RGB(228, 178, 128)}});
 }
 
 TEST(RasterFill, BezierArch) {
@@ -184,14 +173,9 @@ TEST(RasterFill, BezierArch) {
   dc.EndPath();
   dc.FillPath();
   const COLORREF white = RGB(255, 255, 255);
-  EXPECT_EQ(dc.GetPixel(10, 2), white);
-  EXPECT_EQ(dc.GetPixel(10, 3), 0u);
-  EXPECT_EQ(dc.GetPixel(6, 3), white);
-  EXPECT_EQ(dc.GetPixel(7, 3), 0u);
-  EXPECT_EQ(dc.GetPixel(13, 3), 0u);
-  EXPECT_EQ(dc.GetPixel(14, 3), white);
-  EXPECT_EQ(dc.GetPixel(10, 9), 0u);
-  EXPECT_EQ(dc.GetPixel(10, 10), white);  // the closing line is the bottom edge
+  ExpectPixels(dc, {{10, 2, white}, {10, 3, 0u}, {6, 3, white}, {7, 3, 0u}, {13, 3, 0u},
+                    {14, 3, white}, {10, 9, 0u},
+                    {10, 10, white}});  // the closing line is the bottom edge
 }
 
 TEST(RasterFill, NullBrushPaintsNothing) {

@@ -5,6 +5,9 @@
 #include <string>
 
 #include "RasterDC.h"
+#include "common/PixelChecks.h"
+
+using testimg::ExpectPixels;
 
 namespace {
 
@@ -38,8 +41,7 @@ TEST(RasterStroke, SolidLineLeavesOutItsEndPoint) {
   EXPECT_EQ(Row(dc, 2, 0, 10), ".#######..");
   EXPECT_EQ(Row(dc, 1, 0, 10), "..........");
   StrokeLine(dc, {0, 0}, {4, 4});
-  EXPECT_EQ(dc.GetPixel(3, 3), 0u);
-  EXPECT_EQ(dc.GetPixel(4, 4), kWhite);
+  ExpectPixels(dc, {{3, 3, 0u}, {4, 4, kWhite}});
 }
 
 TEST(RasterStroke, ClosedFigureTouchesEachPixelOnce) {
@@ -73,10 +75,7 @@ TEST(RasterStroke, DotPenAlternates) {
       EXPECT_EQ(Row(dc, 1, 0, 12), "#r#r#r#r#r..");
       EXPECT_EQ(dc.GetPixel(1, 3), kRed);
     }
-    EXPECT_EQ(dc.GetPixel(0, 2), 0u);
-    EXPECT_EQ(dc.GetPixel(2, 4), 0u);
-    EXPECT_EQ(dc.GetPixel(4, 6), 0u);
-    EXPECT_EQ(dc.GetPixel(6, 8), CLR_INVALID);
+    ExpectPixels(dc, {{0, 2, 0u}, {2, 4, 0u}, {4, 6, 0u}, {6, 8, CLR_INVALID}});
   }
 }
 
@@ -156,8 +155,7 @@ TEST(RasterStroke, ImmediateLinesAndOffSurfaceGeometry) {
   EXPECT_EQ(Row(dc, 3, 0, 8), "########");
   POINT diagonal[] = {{2000000000, 2000000000}, {-2000000000, -2000000000}};
   EXPECT_TRUE(dc.Polyline(diagonal, 2));
-  EXPECT_EQ(dc.GetPixel(6, 6), 0u);
-  EXPECT_EQ(dc.GetPixel(7, 6), kWhite);
+  ExpectPixels(dc, {{6, 6, 0u}, {7, 6, kWhite}});
   CPen wide(PS_SOLID, 3, RGB(0, 0, 0));
   dc.SelectObject(&wide);
   POINT outside[] = {{-50, -50}, {-20, -40}};
