@@ -73,8 +73,11 @@ int CPictrace::GetBlockRegions() {
     ShowProgress(TruncProgress(m_fProgressPos + stageWeight * (1.0 - static_cast<double>(count) / count0)));
     const double d = s * s * std::sqrt(s);
     s_nBlockSizeLimit = BlockSizeLimitAt(s);
+    if (positions.Live() * 2 < positions.Size()) {
+      m_pRegionHead = RepackRegions(m_pRegionHead);
+      positions = RegionPositions(m_pRegionHead);
+    }
     RemovingDecrease(d);
-    if (positions.Live() * 2 < positions.Size()) positions = RegionPositions(m_pRegionHead);
     // Only the low 32 bits of the limit take part in the comparisons.
     const DWORD limit = static_cast<DWORD>(s_nBlockSizeLimit);
     GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, limit, [&](CRegion* a) {

@@ -30,7 +30,7 @@ void NodePool::Release(void* p) {
   FreeNode* node = static_cast<FreeNode*>(p);
   node->m_pNext = m_pFree;
   m_pFree = node;
-  if (--m_nLive == 0 && m_chunks.size() > 1) KeepFirstChunk();
+  if (--m_nLive == 0) KeepFirstChunk();
 }
 
 std::size_t NodePool::LiveNodes() const {
@@ -53,7 +53,10 @@ void NodePool::Grow() {
 }
 
 // With no node live, all chunks but one go back to the allocator; keeping
-// one avoids churning a chunk when a single node comes and goes.
+// one avoids churning a chunk when a single node comes and goes. The free
+// list is dropped too, so that the next graph is cut in address order from
+// the start of the kept chunk (a repacked region graph relies on this for
+// its locality, not for its correctness).
 void NodePool::KeepFirstChunk() {
   for (std::size_t i = 1; i < m_chunks.size(); i++) ::operator delete(m_chunks[i]);
   m_chunks.resize(1);

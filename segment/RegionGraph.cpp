@@ -1,5 +1,8 @@
 #include "segment/RegionGraph.h"
 
+#include <cstdint>
+#include <vector>
+
 CRegion::CRegion()
     : m_fDecrease(0.0f),
       m_pNext(nullptr),
@@ -32,6 +35,94 @@ void DeleteRegionList(CRegion* pHead) {
     delete pHead;
     pHead = next;
   }
+}
+
+namespace {
+
+struct PackedRegion {
+  float m_fDecrease;
+  DWORD m_nSize;
+  float m_fRed;
+  float m_fGreen;
+  float m_fBlue;
+  int m_nBest;  // index among the region's links, or -1
+  RegionPixel* m_pPixelHead;
+  RegionPixel* m_pPixelTail;
+  std::size_t m_nFirstLink;
+};
+
+struct PackedLink {
+  std::size_t m_nTarget;
+  float m_fDecrease;
+  DWORD m_nWeakEdges;
+};
+
+}  // namespace
+
+CRegion* RepackRegions(CRegion* pHead) {
+  std::vector<CRegion*> old;
+  for (CRegion* r = pHead; r; r = r->m_pNext) old.push_back(r);
+  const std::size_t n = old.size();
+  // While the links are read, each old region carries its number in m_pPrev.
+  for (std::size_t i = 0; i < n; i++) old[i]->m_pPrev = reinterpret_cast<CRegion*>(static_cast<std::uintptr_t>(i));
+
+  std::vector<PackedRegion> regions(n);
+  std::vector<PackedLink> links;
+  links.reserve(4 * n);
+  for (std::size_t i = 0; i < n; i++) {
+    const CRegion* r = old[i];
+    PackedRegion& p = regions[i];
+    p = PackedRegion{r->m_fDecrease, r->m_nSize, r->m_fRed, r->m_fGreen, r->m_fBlue, -1,
+                     r->m_pPixelHead, r->m_pPixelTail, links.size()};
+    int k = 0;
+    for (const CNodeNeighbor* l = r->m_pNeighbors; l; l = l->m_pNext, k++) {
+      if (l == r->m_pBestNeighbor && p.m_nBest < 0) p.m_nBest = k;
+      links.push_back(PackedLink{static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(l->m_pRegion->m_pPrev)),
+                                 l->m_fDecrease, l->m_nWeakEdges});
+    }
+  }
+
+  // The old nodes go first, so that the pool can hand out the new ones in
+  // address order when nothing else of their size is live.
+  for (CRegion* r : old) {
+    r->m_pPixelHead = nullptr;
+    r->m_pPixelTail = nullptr;
+    delete r;
+  }
+  std::vector<CRegion*>().swap(old);
+
+  std::vector<CRegion*> fresh(n);
+  CRegion* last = nullptr;
+  for (std::size_t i = 0; i < n; i++) {
+    CRegion* r = new CRegion;
+    const PackedRegion& p = regions[i];
+    r->m_fDecrease = p.m_fDecrease;
+    r->m_nSize = p.m_nSize;
+    r->m_fRed = p.m_fRed;
+    r->m_fGreen = p.m_fGreen;
+    r->m_fBlue = p.m_fBlue;
+    r->m_pPixelHead = p.m_pPixelHead;
+    r->m_pPixelTail = p.m_pPixelTail;
+    r->m_pPrev = last;
+    if (last) last->m_pNext = r;
+    last = r;
+    fresh[i] = r;
+  }
+  for (std::size_t i = 0; i < n; i++) {
+    CRegion* r = fresh[i];
+    const std::size_t end = i + 1 < n ? regions[i + 1].m_nFirstLink : links.size();
+    CNodeNeighbor* tail = nullptr;
+    for (std::size_t k = regions[i].m_nFirstLink; k < end; k++) {
+      CNodeNeighbor* l = new CNodeNeighbor{fresh[links[k].m_nTarget], links[k].m_fDecrease, links[k].m_nWeakEdges, nullptr};
+      if (tail)
+        tail->m_pNext = l;
+      else
+        r->m_pNeighbors = l;
+      tail = l;
+      if (static_cast<std::size_t>(regions[i].m_nBest) == k - regions[i].m_nFirstLink) r->m_pBestNeighbor = l;
+    }
+  }
+  return n ? fresh[0] : nullptr;
 }
 
 void DeleteSnapshotList(CRegionSnapshot* pHead) {

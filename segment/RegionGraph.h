@@ -73,6 +73,15 @@ struct CRegionSnapshot {
   PICTRACE_POOLED_NODE(CRegionSnapshot)
 };
 
+// Moves a region list and the regions' links into fresh nodes, in list
+// order and each region's links in their order, and returns the new head.
+// Sizes, means, values, weak-edge counts, pixel lists and the order of
+// regions and links stay as they were; a best link is carried over when it
+// is one of the region's links and cleared otherwise (it is stale then).
+// After many merges the survivors are scattered over the nodes of the
+// seed graph; packed again, the walks over them stay within few cache lines.
+// Every link must lead to a region of the list.
+CRegion* RepackRegions(CRegion* pHead);
 // Frees a whole region list, reading each successor before deleting.
 void DeleteRegionList(CRegion* pHead);
 // Frees a whole snapshot list with its links and pixel arrays.

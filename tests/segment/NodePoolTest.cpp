@@ -44,3 +44,18 @@ TEST(NodePool, RoundsTheNodeSizeToPointerAlignment) {
 }
 
 }  // namespace
+
+namespace {
+
+// Once nothing is live, fresh nodes come from the start of the kept chunk
+// in address order again, whatever order the nodes were released in.
+TEST(NodePool, StartsOverInAddressOrderWhenEmpty) {
+  NodePool pool(24, 8);
+  std::vector<void*> nodes;
+  for (int i = 0; i < 3; i++) nodes.push_back(pool.Allocate());
+  for (void* p : nodes) pool.Release(p);
+  EXPECT_EQ(pool.Chunks(), 1u);
+  for (int i = 0; i < 3; i++) EXPECT_EQ(pool.Allocate(), nodes[static_cast<size_t>(i)]);
+}
+
+}  // namespace
