@@ -99,6 +99,13 @@ COLORREF PixelAt(const unsigned char* bits, int width, int x, int row) {
   return RGB(p[2], p[1], p[0]);
 }
 
+void ExpectImage(const unsigned char* bits, int width, int height,
+                 const std::function<COLORREF(int x, int row)>& want) {
+  for (int row = 0; row < height; row++)
+    for (int x = 0; x < width; x++)
+      EXPECT_EQ(PixelAt(bits, width, x, row), want(x, row)) << "pixel " << x << "," << row;
+}
+
 std::string ParamName(const std::string& param) {
   std::string s = param;
   for (char& c : s)

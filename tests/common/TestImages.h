@@ -37,6 +37,11 @@ std::vector<unsigned char> LoadDib(const std::string& path);
 // Colour of pixel (x, row) of a packed 24-bit DIB's rows.
 COLORREF PixelAt(const unsigned char* bits, int width, int x, int row);
 
+// Expects every pixel (x, row) of a packed 24-bit DIB's rows, width x
+// height, to have the colour want(x, row); a failure names the pixel.
+void ExpectImage(const unsigned char* bits, int width, int height,
+                 const std::function<COLORREF(int x, int row)>& want);
+
 // A test name made of a parameter: every character that is not a letter or
 // a digit becomes '_'.
 std::string ParamName(const std::string& param);

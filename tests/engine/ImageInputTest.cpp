@@ -13,6 +13,7 @@ namespace {
 using enginetest::HeaderOf;
 using enginetest::MakePaletteDib;
 using enginetest::MessageRecorder;
+using testimg::ExpectImage;
 using testimg::PixelAt;
 
 COLORREF Stripes(int x, int row) { return RGB(10 * x, 20 * row, (x + row) & 1 ? 200 : 50); }
@@ -31,11 +32,8 @@ TEST(ImageInputTest, TwentyFourBitImageIsKeptWithItsSizeRecomputed) {
   EXPECT_EQ(engine.m_pDIBBits, engine.m_pDIB + 40);
   EXPECT_EQ(engine.m_pWorkBits, engine.m_pWorkDIB + 40);
   EXPECT_NE(engine.m_pDIB, dib.data());  // a copy, not the caller's buffer
-  for (int row = 0; row < 3; row++)
-    for (int x = 0; x < 5; x++) {
-      EXPECT_EQ(PixelAt(engine.m_pDIBBits, 5, x, row), Stripes(x, row));
-      EXPECT_EQ(PixelAt(engine.m_pWorkBits, 5, x, row), Stripes(x, row));
-    }
+  ExpectImage(engine.m_pDIBBits, 5, 3, Stripes);
+  ExpectImage(engine.m_pWorkBits, 5, 3, Stripes);
   CSize size;
   ASSERT_EQ(engine.GetDIBSize(size), 1);
   EXPECT_EQ(size.cx, 5);
@@ -51,8 +49,7 @@ TEST(ImageInputTest, TwentyFourBitImageIgnoresClrUsed) {
   std::memcpy(dib.data(), &h, 40);
   CPictrace engine;
   ASSERT_EQ(engine.SetDIBData(dib.data()), 1);
-  for (int row = 0; row < 2; row++)
-    for (int x = 0; x < 4; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 4, x, row), Stripes(x, row));
+  ExpectImage(engine.m_pDIBBits, 4, 2, Stripes);
 }
 
 TEST(ImageInputTest, OneBitImageReadsMostSignificantBitFirstAcrossStrides) {
@@ -68,9 +65,7 @@ TEST(ImageInputTest, OneBitImageReadsMostSignificantBitFirstAcrossStrides) {
   EXPECT_EQ(engine.m_bmiHeader.biBitCount, 24);
   EXPECT_EQ(engine.m_bmiHeader.biSizeImage, 200u);
   EXPECT_EQ(engine.m_bmiHeader.biClrUsed, 0u);
-  for (int row = 0; row < 2; row++)
-    for (int x = 0; x < 33; x++)
-      EXPECT_EQ(PixelAt(engine.m_pDIBBits, 33, x, row), table[index(x, row)]) << x << "," << row;
+  ExpectImage(engine.m_pDIBBits, 33, 2, [&](int x, int row) { return table[index(x, row)]; });
 }
 
 TEST(ImageInputTest, FourBitImageReadsHighNibbleFirstWithSixteenEntries) {
@@ -81,8 +76,7 @@ TEST(ImageInputTest, FourBitImageReadsHighNibbleFirstWithSixteenEntries) {
   CPictrace engine;
   ASSERT_EQ(engine.SetDIBData(dib.data()), 1);
   EXPECT_EQ(engine.m_bmiHeader.biSizeImage, 3u * 16u);
-  for (int row = 0; row < 3; row++)
-    for (int x = 0; x < 5; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 5, x, row), table[index(x, row)]);
+  ExpectImage(engine.m_pDIBBits, 5, 3, [&](int x, int row) { return table[index(x, row)]; });
 }
 
 TEST(ImageInputTest, EightBitImageWithShortTableTakesRowsRightAfterIt) {
@@ -94,8 +88,7 @@ TEST(ImageInputTest, EightBitImageWithShortTableTakesRowsRightAfterIt) {
   ASSERT_EQ(dib.size(), 40u + 80u + 4u * 8u);
   CPictrace engine;
   ASSERT_EQ(engine.SetDIBData(dib.data()), 1);
-  for (int row = 0; row < 4; row++)
-    for (int x = 0; x < 6; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 6, x, row), table[index(x, row)]);
+  ExpectImage(engine.m_pDIBBits, 6, 4, [&](int x, int row) { return table[index(x, row)]; });
 }
 
 TEST(ImageInputTest, ConvertedBuffersCarryTheRewrittenHeader) {
@@ -195,11 +188,8 @@ TEST(ImageInputTest, SavedCopyRoundTripsThroughAnotherImage) {
   EXPECT_EQ(size.cx, 5);
   EXPECT_EQ(size.cy, 4);
   EXPECT_EQ(engine.m_dSatinWidth, 35.0 / 10.0);  // re-derived: 50 / 5 = 10 beats 20 / 4
-  for (int row = 0; row < 4; row++)
-    for (int x = 0; x < 5; x++) {
-      EXPECT_EQ(PixelAt(engine.m_pDIBBits, 5, x, row), Stripes(x, row));
-      EXPECT_EQ(PixelAt(engine.m_pWorkBits, 5, x, row), Stripes(x, row));
-    }
+  ExpectImage(engine.m_pDIBBits, 5, 4, Stripes);
+  ExpectImage(engine.m_pWorkBits, 5, 4, Stripes);
 }
 
 TEST(ImageInputTest, SavedCopyOfAPaletteImageIsSizedFromItsRewrittenHeader) {
@@ -213,8 +203,7 @@ TEST(ImageInputTest, SavedCopyOfAPaletteImageIsSizedFromItsRewrittenHeader) {
   ASSERT_EQ(engine.SetDIBData(other.data()), 1);
   engine.CopyBMPData_OriginalToData();
   EXPECT_EQ(engine.m_bmiHeader.biWidth, 7);
-  for (int row = 0; row < 3; row++)
-    for (int x = 0; x < 7; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 7, x, row), table[index(x, row)]);
+  ExpectImage(engine.m_pDIBBits, 7, 3, [&](int x, int row) { return table[index(x, row)]; });
 }
 
 TEST(ImageInputTest, RestoreWithoutASavedCopyDoesNothing) {
@@ -232,8 +221,7 @@ TEST(ImageInputTest, ReloadingTheEnginesOwnBufferIsSafe) {
   ASSERT_EQ(engine.SetDIBData(dib.data()), 1);
   ASSERT_EQ(engine.SetDIBData(engine.m_pDIB), 1);
   ASSERT_EQ(engine.SetDIBData(engine.m_pWorkDIB), 1);
-  for (int row = 0; row < 5; row++)
-    for (int x = 0; x < 6; x++) EXPECT_EQ(PixelAt(engine.m_pDIBBits, 6, x, row), Stripes(x, row));
+  ExpectImage(engine.m_pDIBBits, 6, 5, Stripes);
 }
 
 TEST(ImageInputTest, BundledPaletteBmpMatchesThePngWhereThePaletteIsExact) {
