@@ -15,6 +15,14 @@ using clitest::TempDir;
 unsigned Grey(int x, int row) { return static_cast<unsigned>((x + row) % 16); }
 unsigned Orange(int, int) { return 0xFF8000u; }
 
+// A 4 x 4 BMP whose 32-bit header field at `offset` is overwritten by value.
+std::vector<unsigned char> Patched(int bits, int colors, unsigned (*fn)(int, int), size_t offset,
+                                   std::uint32_t value) {
+  auto bmp = MakeBmp(4, 4, bits, colors, fn);
+  PutU32(bmp, offset, value);
+  return bmp;
+}
+
 void ExpectRefused(const TempDir& dir, const std::string& path, const std::string& reason) {
   for (const char* command : {"info", "preview"}) {
     std::vector<std::string> args = {command, path};
@@ -65,24 +73,14 @@ TEST(CliErrorsTest, TruncatedAndCorruptJpeg) {
 
 TEST(CliErrorsTest, BmpSizesTheEngineCannotHold) {
   TempDir dir;
-  auto zeroWidth = MakeBmp(4, 4, 24, 0, Orange);
-  PutU32(zeroWidth, 18, 0);
-  ExpectRefused(dir, dir.Write("zero_width.bmp", zeroWidth), "no pixels");
-  auto zeroHeight = MakeBmp(4, 4, 24, 0, Orange);
-  PutU32(zeroHeight, 22, 0);
-  ExpectRefused(dir, dir.Write("zero_height.bmp", zeroHeight), "no pixels");
-  auto negativeWidth = MakeBmp(4, 4, 24, 0, Orange);
-  PutU32(negativeWidth, 18, static_cast<std::uint32_t>(-4));
-  ExpectRefused(dir, dir.Write("negative_width.bmp", negativeWidth), "no pixels");
-  auto topDown = MakeBmp(4, 4, 24, 0, Orange);
-  PutU32(topDown, 22, static_cast<std::uint32_t>(-4));
-  ExpectRefused(dir, dir.Write("top_down.bmp", topDown), "top-down");
-  auto tooWide = MakeBmp(4, 4, 24, 0, Orange);
-  PutU32(tooWide, 18, 32768);
-  ExpectRefused(dir, dir.Write("too_wide.bmp", tooWide), "too large");
-  auto tooTall = MakeBmp(4, 4, 1, 2, [](int, int) { return 1u; });
-  PutU32(tooTall, 22, 40000);
-  ExpectRefused(dir, dir.Write("too_tall.bmp", tooTall), "too large");
+  auto one = [](int, int) { return 1u; };
+  const std::uint32_t minus4 = static_cast<std::uint32_t>(-4);
+  ExpectRefused(dir, dir.Write("zero_width.bmp", Patched(24, 0, Orange, 18, 0)), "no pixels");
+  ExpectRefused(dir, dir.Write("zero_height.bmp", Patched(24, 0, Orange, 22, 0)), "no pixels");
+  ExpectRefused(dir, dir.Write("negative_width.bmp", Patched(24, 0, Orange, 18, minus4)), "no pixels");
+  ExpectRefused(dir, dir.Write("top_down.bmp", Patched(24, 0, Orange, 22, minus4)), "top-down");
+  ExpectRefused(dir, dir.Write("too_wide.bmp", Patched(24, 0, Orange, 18, 32768)), "too large");
+  ExpectRefused(dir, dir.Write("too_tall.bmp", Patched(1, 2, one, 22, 40000)), "too large");
 }
 
 TEST(CliErrorsTest, BmpHeadersThatDisagreeWithTheFile) {
@@ -101,26 +99,19 @@ TEST(CliErrorsTest, BmpHeadersThatDisagreeWithTheFile) {
   cut.resize(30);
   ExpectRefused(dir, dir.Write("cut.bmp", cut), "truncated");
   // A colour table longer than the depth allows.
-  auto bigTable = MakeBmp(4, 4, 4, 16, Grey);
-  PutU32(bigTable, 46, 17);
-  ExpectRefused(dir, dir.Write("big_table.bmp", bigTable), "colour table");
+  ExpectRefused(dir, dir.Write("big_table.bmp", Patched(4, 16, Grey, 46, 17)), "colour table");
   // Pixel offset pointing into the colour table.
-  auto badOffset = MakeBmp(4, 4, 8, 16, Grey);
-  PutU32(badOffset, 10, 60);
-  ExpectRefused(dir, dir.Write("bad_offset.bmp", badOffset), "offset");
+  ExpectRefused(dir, dir.Write("bad_offset.bmp", Patched(8, 16, Grey, 10, 60)), "offset");
 }
 
 TEST(CliErrorsTest, BmpEncodingsThatAreNotRead) {
   TempDir dir;
-  auto rle = MakeBmp(4, 4, 8, 16, Grey);
-  PutU32(rle, 30, 1);  // BI_RLE8
-  ExpectRefused(dir, dir.Write("rle.bmp", rle), "compressed");
+  ExpectRefused(dir, dir.Write("rle.bmp", Patched(8, 16, Grey, 30, 1)), "compressed");  // BI_RLE8
   auto twoBit = MakeBmp(4, 4, 8, 4, Grey);
   clitest::PutU16(twoBit, 28, 2);
   ExpectRefused(dir, dir.Write("two_bit.bmp", twoBit), "colour depth");
-  auto core = MakeBmp(4, 4, 24, 0, Orange);
-  PutU32(core, 14, 12);  // the old 12-byte header
-  ExpectRefused(dir, dir.Write("core.bmp", core), "header size");
+  // The old 12-byte header.
+  ExpectRefused(dir, dir.Write("core.bmp", Patched(24, 0, Orange, 14, 12)), "header size");
 }
 
 TEST(CliErrorsTest, EngineRefusalOfSixteenBitPicturesIsReported) {
