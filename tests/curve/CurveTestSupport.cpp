@@ -1,5 +1,7 @@
 #include "curve/CurveTestSupport.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -221,6 +223,15 @@ double ControlOffLine(const Seg& s) {
     worst = std::max(worst, l > 0.0 ? std::fabs(d.x * v.y - d.y * v.x) / l : Len(v));
   }
   return worst;
+}
+
+void ExpectSameSegments(const std::vector<Seg>& a, const std::vector<Seg>& b) {
+  ASSERT_EQ(a.size(), b.size());
+  for (size_t i = 0; i < a.size(); i++)
+    for (int k = 0; k < 4; k++) {
+      EXPECT_EQ(a[i].p[k].x, b[i].p[k].x) << "segment " << i << " point " << k;
+      EXPECT_EQ(a[i].p[k].y, b[i].p[k].y) << "segment " << i << " point " << k;
+    }
 }
 
 }  // namespace curvetest

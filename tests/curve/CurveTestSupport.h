@@ -47,6 +47,9 @@ double MaxPathDistance(const std::vector<Seg>& segs, const std::vector<double>& 
 // tangent entering segment (i + 1) % n at its start; negative cosine gives 1.
 double JoinKink(const std::vector<Seg>& segs, size_t i);
 
+// Expects two fits to be the same to the last bit, point by point.
+void ExpectSameSegments(const std::vector<Seg>& a, const std::vector<Seg>& b);
+
 // Largest distance of a segment's control points from the line through its
 // start and end.
 double ControlOffLine(const Seg& s);

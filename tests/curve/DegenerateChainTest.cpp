@@ -54,12 +54,7 @@ TEST(DegenerateChain, RepeatedPointsChangeNothing) {
   std::vector<Seg> a = Fit(square, 0, 1.0);
   std::vector<Seg> b = Fit(doubled, 0, 1.0);
   ASSERT_EQ(a.size(), 4u);
-  ASSERT_EQ(a.size(), b.size());
-  for (size_t i = 0; i < a.size(); i++)
-    for (int k = 0; k < 4; k++) {
-      EXPECT_EQ(a[i].p[k].x, b[i].p[k].x);
-      EXPECT_EQ(a[i].p[k].y, b[i].p[k].y);
-    }
+  ExpectSameSegments(a, b);
 }
 
 TEST(DegenerateChain, BackAndForthTurnsAtTheFarEnd) {
