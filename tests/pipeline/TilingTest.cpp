@@ -14,7 +14,29 @@ namespace {
 const char* const kExamples[] = {"monkey_face.png", "monkey_face-4bpp.bmp", "flag_kr.png",
                                  "astronaut.png", "mug.png"};
 
-class ExampleTest : public ::testing::TestWithParam<const char*> {};
+class ExampleTest : public ::testing::TestWithParam<const char*> {
+ protected:
+  // Segments the example into 8 colours, the output rectangle being the
+  // picture; curves asks for curve output at tolerance 1.
+  void Segment(bool curves) {
+    dib = testimg::LoadDib(testimg::ExamplePath(GetParam()));
+    ASSERT_TRUE(e.SetDIBData(dib.data()));
+    w = e.m_bmiHeader.biWidth;
+    h = e.m_bmiHeader.biHeight;
+    e.SetImageRealRect(0, 0, w, h);
+    if (curves) {
+      e.SetOutputLineType(1);
+      e.SetCurveTolerance(1.0);
+    }
+    CDWordArray colors;
+    e.DoSegmentation(8, &colors, 1.0, 0, nullptr);
+    ASSERT_TRUE(e.HasOutlines());
+  }
+
+  std::vector<unsigned char> dib;
+  CPictrace e;
+  int w = 0, h = 0;
+};
 
 std::string Name(const ::testing::TestParamInfo<const char*>& info) {
   return testimg::ParamName(info.param);
@@ -23,14 +45,7 @@ std::string Name(const ::testing::TestParamInfo<const char*>& info) {
 }  // namespace
 
 TEST_P(ExampleTest, StraightRegionsCoverEveryPixelOnce) {
-  std::vector<unsigned char> dib = testimg::LoadDib(testimg::ExamplePath(GetParam()));
-  CPictrace e;
-  ASSERT_TRUE(e.SetDIBData(dib.data()));
-  const int w = e.m_bmiHeader.biWidth, h = e.m_bmiHeader.biHeight;
-  e.SetImageRealRect(0, 0, w, h);
-  CDWordArray colors;
-  e.DoSegmentation(8, &colors, 1.0, 0, nullptr);
-  ASSERT_TRUE(e.HasOutlines());
+  ASSERT_NO_FATAL_FAILURE(Segment(false));
   CPTRegions regions;
   e.GetRegions(&regions, 0);
   ASSERT_GT(regions.m_nRegions, 0);
@@ -44,16 +59,7 @@ TEST_P(ExampleTest, StraightRegionsCoverEveryPixelOnce) {
 }
 
 TEST_P(ExampleTest, CurvesStayWithinToleranceOfTheRawOutlines) {
-  std::vector<unsigned char> dib = testimg::LoadDib(testimg::ExamplePath(GetParam()));
-  CPictrace e;
-  ASSERT_TRUE(e.SetDIBData(dib.data()));
-  const int w = e.m_bmiHeader.biWidth, h = e.m_bmiHeader.biHeight;
-  e.SetImageRealRect(0, 0, w, h);
-  e.SetOutputLineType(1);
-  e.SetCurveTolerance(1.0);
-  CDWordArray colors;
-  e.DoSegmentation(8, &colors, 1.0, 0, nullptr);
-  ASSERT_TRUE(e.HasOutlines());
+  ASSERT_NO_FATAL_FAILURE(Segment(true));
   double worst = 0;
   long points = 0;
   auto check = [&](const CPTPolygon* p, const sPoint* raw, int n) {
