@@ -5,9 +5,29 @@
 
 #include "segment/RegionGraph.h"
 
+namespace {
+const size_t kMostRuns = 64;
+}
+
 RegionPositions::RegionPositions(CRegion* pHead) {
   for (CRegion* r = pHead; r; r = r->m_pNext) m_regions.push_back(r);
   m_nLive = static_cast<int>(m_regions.size());
+
+  for (size_t i = 0; i < m_regions.size() && m_runs.size() <= kMostRuns;) {
+    size_t j = i + 1;
+    while (j < m_regions.size() && reinterpret_cast<std::uintptr_t>(m_regions[j]) ==
+                                       reinterpret_cast<std::uintptr_t>(m_regions[j - 1]) + sizeof(CRegion))
+      j++;
+    std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(m_regions[i]);
+    m_runs.push_back(Run{begin, begin + (j - i) * sizeof(CRegion), static_cast<int>(i)});
+    i = j;
+  }
+  if (m_runs.size() <= kMostRuns) {
+    std::sort(m_runs.begin(), m_runs.end(), [](const Run& a, const Run& b) { return a.begin < b.begin; });
+    return;
+  }
+  m_runs.clear();
+
   size_t capacity = 16;
   while (capacity < 2 * m_regions.size()) capacity *= 2;
   m_mask = capacity - 1;
@@ -25,6 +45,15 @@ size_t RegionPositions::Slot(const CRegion* pRegion) const {
 
 int RegionPositions::Of(const CRegion* pRegion) const {
   if (!pRegion) return -1;
+  if (m_slots.empty()) {
+    const std::uintptr_t a = reinterpret_cast<std::uintptr_t>(pRegion);
+    auto run = std::upper_bound(m_runs.begin(), m_runs.end(), a, [](std::uintptr_t x, const Run& r) { return x < r.begin; });
+    if (run == m_runs.begin()) return -1;
+    --run;
+    if (a >= run->end || (a - run->begin) % sizeof(CRegion) != 0) return -1;
+    int i = run->first + static_cast<int>((a - run->begin) / sizeof(CRegion));
+    return m_regions[static_cast<size_t>(i)] == pRegion ? i : -1;  // removed regions are null
+  }
   return m_slots[Slot(pRegion)].position;
 }
 
@@ -32,7 +61,7 @@ int RegionPositions::Of(const CRegion* pRegion) const {
 void RegionPositions::Remove(int i) {
   CRegion*& r = m_regions[static_cast<size_t>(i)];
   if (!r) return;
-  m_slots[Slot(r)].position = -1;
+  if (!m_slots.empty()) m_slots[Slot(r)].position = -1;
   r = nullptr;
   m_nLive--;
 }

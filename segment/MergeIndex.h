@@ -28,6 +28,15 @@ class RegionPositions {
  private:
   std::size_t Slot(const CRegion* pRegion) const;
   std::vector<CRegion*> m_regions;
+  // A list whose regions lie in few runs of consecutive nodes (as packed
+  // or seeded graphs do) is looked up by address range and offset; other
+  // lists go through the hash table.
+  struct Run {
+    std::uintptr_t begin;  // address of the run's first region
+    std::uintptr_t end;    // one past its last
+    int first;             // position of the first region
+  };
+  std::vector<Run> m_runs;  // by address; empty when the table is used
   struct Slotted {
     const CRegion* key;
     int position;

@@ -153,6 +153,39 @@ TEST(MergeIndex, PositionsAndCounters) {
   EXPECT_EQ(t.FirstAtMost(0, t.MinFrom(0)), 3);
 }
 
+// A list in an order unrelated to the addresses of its regions (looked up
+// through the hash table rather than by address range) gives the same
+// positions.
+TEST(MergeIndex, PositionsOfAListOutOfAddressOrder) {
+  SegEngine e;
+  std::vector<CRegion*> made;
+  for (int i = 0; i < 200; i++) made.push_back(e.AddRegion(0, 0, 0, 0));
+  std::vector<CRegion*> order;
+  for (int i = 0; i < 200; i += 2) order.push_back(made[static_cast<size_t>(i)]);
+  for (int i = 199; i > 0; i -= 2) order.push_back(made[static_cast<size_t>(i)]);
+  CRegion* prev = nullptr;
+  for (CRegion* r : order) {
+    r->m_pPrev = prev;
+    r->m_pNext = nullptr;
+    if (prev) prev->m_pNext = r;
+    prev = r;
+  }
+  e.m_pRegionHead = order[0];
+  RegionPositions pos(e.m_pRegionHead);
+  ASSERT_EQ(pos.Size(), 200);
+  for (int i = 0; i < 200; i++) {
+    EXPECT_EQ(pos.Of(order[static_cast<size_t>(i)]), i);
+    EXPECT_EQ(pos.At(i), order[static_cast<size_t>(i)]);
+  }
+  CRegion outsider;
+  EXPECT_EQ(pos.Of(&outsider), -1);
+  EXPECT_EQ(pos.Of(nullptr), -1);
+  pos.Remove(150);
+  EXPECT_EQ(pos.Of(order[150]), -1);
+  EXPECT_EQ(pos.Of(order[151]), 151);
+  EXPECT_EQ(pos.Live(), 199);
+}
+
 // A picture of a few noisy colour patches gives a graph with many small
 // regions, varied sizes and many shared borders.
 std::vector<unsigned char> RandomPicture(unsigned seed, int w, int h) {
