@@ -11,7 +11,7 @@ NodePool::NodePool(std::size_t nodeSize, std::size_t nodesPerChunk)
 NodePool::~NodePool() { ReleaseChunks(); }
 
 void* NodePool::Allocate() {
-  std::lock_guard<std::mutex> guard(m_lock);
+  std::lock_guard<SpinLock> guard(m_lock);
   m_nLive++;
   if (m_pFree) {
     FreeNode* node = m_pFree;
@@ -26,7 +26,7 @@ void* NodePool::Allocate() {
 }
 
 void NodePool::Release(void* p) {
-  std::lock_guard<std::mutex> guard(m_lock);
+  std::lock_guard<SpinLock> guard(m_lock);
   FreeNode* node = static_cast<FreeNode*>(p);
   node->m_pNext = m_pFree;
   m_pFree = node;
@@ -34,12 +34,12 @@ void NodePool::Release(void* p) {
 }
 
 std::size_t NodePool::LiveNodes() const {
-  std::lock_guard<std::mutex> guard(m_lock);
+  std::lock_guard<SpinLock> guard(m_lock);
   return m_nLive;
 }
 
 std::size_t NodePool::Chunks() const {
-  std::lock_guard<std::mutex> guard(m_lock);
+  std::lock_guard<SpinLock> guard(m_lock);
   return m_chunks.size();
 }
 

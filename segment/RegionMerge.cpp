@@ -129,6 +129,7 @@ double CPictrace::CombineRegion(CRegion* pRegion) {
       for (CNodeNeighbor** xp = &x->m_pNeighbors; *xp; xp = &(*xp)->m_pNext) {
         if (!toA && (*xp)->m_pRegion == a) toA = *xp;
         if (!toB && (*xp)->m_pRegion == b) toB = xp;
+        if (toA && toB) break;  // only the first of each is used
       }
       if (toA) {
         // The border X-B becomes part of the border X-A on both sides.
