@@ -69,26 +69,28 @@ CRegion* RepackRegions(CRegion* pHead) {
   std::vector<PackedRegion> regions(n);
   std::vector<PackedLink> links;
   links.reserve(4 * n);
+  // The old nodes go first (each link as soon as it is read), so that the
+  // pool can hand out the new ones in address order when nothing else of
+  // their size is live.
   for (std::size_t i = 0; i < n; i++) {
-    const CRegion* r = old[i];
+    CRegion* r = old[i];
     PackedRegion& p = regions[i];
     p = PackedRegion{r->m_fDecrease, r->m_nSize, r->m_fRed, r->m_fGreen, r->m_fBlue, -1,
                      r->m_pPixelHead, r->m_pPixelTail, links.size()};
     int k = 0;
-    for (const CNodeNeighbor* l = r->m_pNeighbors; l; l = l->m_pNext, k++) {
+    for (CNodeNeighbor* l = r->m_pNeighbors; l; k++) {
       if (l == r->m_pBestNeighbor && p.m_nBest < 0) p.m_nBest = k;
       links.push_back(PackedLink{static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(l->m_pRegion->m_pPrev)),
                                  l->m_fDecrease, l->m_nWeakEdges});
+      CNodeNeighbor* next = l->m_pNext;
+      delete l;
+      l = next;
     }
-  }
-
-  // The old nodes go first, so that the pool can hand out the new ones in
-  // address order when nothing else of their size is live.
-  for (CRegion* r : old) {
+    r->m_pNeighbors = nullptr;
     r->m_pPixelHead = nullptr;
     r->m_pPixelTail = nullptr;
-    delete r;
   }
+  for (CRegion* r : old) delete r;
   std::vector<CRegion*>().swap(old);
 
   std::vector<CRegion*> fresh(n);
