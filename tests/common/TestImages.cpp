@@ -12,25 +12,11 @@ namespace testimg {
 
 std::vector<unsigned char> MakeDib24(int width, int height,
                                      const std::function<COLORREF(int x, int row)>& fn) {
-  int stride = ((width * 3 + 3) / 4) * 4;
-  std::vector<unsigned char> dib(40 + static_cast<size_t>(stride) * height, 0);
-  BITMAPINFOHEADER h{};
-  h.biSize = 40;
-  h.biWidth = width;
-  h.biHeight = height;
-  h.biPlanes = 1;
-  h.biBitCount = 24;
-  h.biCompression = BI_RGB;
-  h.biSizeImage = static_cast<DWORD>(stride * height);
+  std::vector<unsigned char> dib = MakePackedDib(width, height, 24, {}, 0, fn);
+  BITMAPINFOHEADER h;
+  std::memcpy(&h, dib.data(), 40);
+  h.biSizeImage = static_cast<DWORD>(((width * 3 + 3) / 4) * 4 * height);
   std::memcpy(dib.data(), &h, 40);
-  for (int row = 0; row < height; row++)
-    for (int x = 0; x < width; x++) {
-      COLORREF c = fn(x, row);
-      unsigned char* p = dib.data() + 40 + static_cast<size_t>(row) * stride + 3 * x;
-      p[0] = GetBValue(c);
-      p[1] = GetGValue(c);
-      p[2] = GetRValue(c);
-    }
   return dib;
 }
 
