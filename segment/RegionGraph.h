@@ -73,6 +73,16 @@ struct CRegionSnapshot {
   PICTRACE_POOLED_NODE(CRegionSnapshot)
 };
 
+// Asks the memory system for the size and means of a region ahead of their
+// use; a hint only, without effect on any value.
+inline void PrefetchSizeAndMeans(const CRegion* r) {
+#if defined(__GNUC__)
+  __builtin_prefetch(&r->m_nSize);
+#else
+  (void)r;
+#endif
+}
+
 // Moves a region list and the regions' links into fresh nodes, in list
 // order and each region's links in their order, and returns the new head.
 // Sizes, means, values, weak-edge counts, pixel lists and the order of

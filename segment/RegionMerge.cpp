@@ -59,8 +59,12 @@ float CPictrace::CombineDec(CRegion* pRegion, CNodeNeighbor* pLink, double dFact
   return static_cast<float>(cost - dFactor * bonus);
 }
 
+// While one region's links are valued, the regions behind the next
+// region's links are already being fetched; the values are the same.
 void CPictrace::RemovingDecrease(double dFactor) {
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
+    if (r->m_pNext)
+      for (const CNodeNeighbor* l = r->m_pNext->m_pNeighbors; l; l = l->m_pNext) PrefetchSizeAndMeans(l->m_pRegion);
     r->m_fDecrease = 0.0f;
     r->m_pBestNeighbor = nullptr;
     for (CNodeNeighbor* l = r->m_pNeighbors; l; l = l->m_pNext) {
