@@ -1,7 +1,8 @@
 // Pyramid segmentation plus one mean-shift pass on photographs: the bundled
 // astronaut, and the large shared photograph resampled to 0.5, 1 and 2
 // megapixels and at its full 4.5 megapixels, so that the growth with the
-// pixel count shows. Counters: nanoseconds per pixel, regions left by the
+// pixel count shows. Counters: nanoseconds per pixel (wall and thread CPU
+// time, the latter steadier on a busy machine), regions left by the
 // pyramid stage, and the peak resident size per pixel, of the process and
 // of the engine's runs alone (run one size alone, with --benchmark_filter,
 // to read its own peak).
