@@ -73,13 +73,13 @@ struct CRegionSnapshot {
   PICTRACE_POOLED_NODE(CRegionSnapshot)
 };
 
-// Asks the memory system for the size and means of a region ahead of their
-// use; a hint only, without effect on any value.
-inline void PrefetchSizeAndMeans(const CRegion* r) {
+// Asks the memory system for the cache line at p ahead of its use; a hint
+// only, without effect on any value.
+inline void PrefetchNode(const void* p) {
 #if defined(__GNUC__)
-  __builtin_prefetch(&r->m_nSize);
+  __builtin_prefetch(p);
 #else
-  (void)r;
+  (void)p;
 #endif
 }
 

@@ -64,7 +64,7 @@ float CPictrace::CombineDec(CRegion* pRegion, CNodeNeighbor* pLink, double dFact
 void CPictrace::RemovingDecrease(double dFactor) {
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
     if (r->m_pNext)
-      for (const CNodeNeighbor* l = r->m_pNext->m_pNeighbors; l; l = l->m_pNext) PrefetchSizeAndMeans(l->m_pRegion);
+      for (const CNodeNeighbor* l = r->m_pNext->m_pNeighbors; l; l = l->m_pNext) PrefetchNode(&l->m_pRegion->m_nSize);
     r->m_fDecrease = 0.0f;
     r->m_pBestNeighbor = nullptr;
     for (CNodeNeighbor* l = r->m_pNeighbors; l; l = l->m_pNext) {
@@ -84,6 +84,7 @@ void CPictrace::RemovingDecrease(double dFactor) {
 void CPictrace::UpdateRemovingDecrease(CRegion* pRegion, double dFactor) {
   pRegion->m_fDecrease = 0.0f;
   for (CNodeNeighbor* l = pRegion->m_pNeighbors; l; l = l->m_pNext) {
+    if (l->m_pNext) PrefetchNode(l->m_pNext->m_pRegion->m_pNeighbors);  // the next walk's first link
     float v = CombineDec(pRegion, l, dFactor);
     l->m_fDecrease = v;
     if (v < pRegion->m_fDecrease) {
@@ -107,6 +108,8 @@ double CPictrace::CombineRegion(CRegion* pRegion) {
   CNodeNeighbor* best = a->m_pBestNeighbor;
   if (!best) return 0.0;  // nothing chosen to merge
   CRegion* b = best->m_pRegion;
+  // The neighbours of B are fetched while A's links are walked.
+  for (const CNodeNeighbor* l = b->m_pNeighbors; l; l = l->m_pNext) PrefetchNode(&l->m_pRegion->m_pNeighbors);
 
   // 1. Drop A's link to B and find the tail of what remains.
   CNodeNeighbor** pp = &a->m_pNeighbors;
@@ -123,6 +126,7 @@ double CPictrace::CombineRegion(CRegion* pRegion) {
   b->m_pNeighbors = nullptr;
   while (l) {
     CNodeNeighbor* next = l->m_pNext;
+    if (next) PrefetchNode(next->m_pRegion->m_pNeighbors);  // the next walk's first link
     CRegion* x = l->m_pRegion;
     if (x == a) {
       delete l;
