@@ -18,21 +18,15 @@ FitState StateOf(const CRegion* r, DWORD nLimit) {
   return kBlocked;
 }
 
-}  // namespace
-
-GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
+// The cursor rule of both literal loops: the candidate that scan(cursor,
+// counts) finds is merged and the next scan starts at it; a scan that finds
+// nothing sends the cursor back to the head, unless it started there.
+template <typename Scan>
+GreedyCounts FromCursor(CRegion* const& pHead, const MergeStep& merge, Scan scan) {
   GreedyCounts counts;
   CRegion* cursor = pHead;
   while (cursor) {
-    CRegion* found = nullptr;
-    for (CRegion* r = cursor; r; r = r->m_pNext) {
-      FitState s = StateOf(r, nLimit);
-      if (s == kQualifies) {
-        found = r;
-        break;
-      }
-      if (s == kBlocked) counts.blocked++;
-    }
+    CRegion* found = scan(cursor, counts);
     if (found) {
       merge(found);
       counts.merges++;
@@ -46,10 +40,21 @@ GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeS
   return counts;
 }
 
+}  // namespace
+
+GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
+  return FromCursor(pHead, merge, [nLimit](CRegion* cursor, GreedyCounts& counts) -> CRegion* {
+    for (CRegion* r = cursor; r; r = r->m_pNext) {
+      FitState s = StateOf(r, nLimit);
+      if (s == kQualifies) return r;
+      if (s == kBlocked) counts.blocked++;
+    }
+    return nullptr;
+  });
+}
+
 GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge) {
-  GreedyCounts counts;
-  CRegion* cursor = pHead;
-  while (cursor) {
+  return FromCursor(pHead, merge, [](CRegion* cursor, GreedyCounts&) -> CRegion* {
     CRegion* found = nullptr;
     float min = 0.0f;
     for (CRegion* r = cursor; r; r = r->m_pNext)
@@ -57,17 +62,8 @@ GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge) {
         found = r;
         min = r->m_fDecrease;
       }
-    if (found) {
-      merge(found);
-      counts.merges++;
-      cursor = found;
-    } else if (cursor != pHead) {
-      cursor = pHead;
-    } else {
-      break;
-    }
-  }
-  return counts;
+    return found;
+  });
 }
 
 // After a merge only the grown region and its neighbours change (value,
