@@ -64,12 +64,7 @@ CRegion* RestoreRegions(CRegionSnapshot* pSaved) {
         r->m_pPixelHead = p;
       r->m_pPixelTail = p;
     }
-    r->m_pPrev = last;
-    if (last)
-      last->m_pNext = r;
-    else
-      head = r;
-    last = r;
+    AppendRegion(head, last, r);
     s->m_pRestored = r;
   }
   for (CRegionSnapshot* s = pSaved; s; s = s->m_pNext) {

@@ -94,6 +94,7 @@ CRegion* RepackRegions(CRegion* pHead) {
   std::vector<CRegion*>().swap(old);
 
   std::vector<CRegion*> fresh(n);
+  CRegion* head = nullptr;
   CRegion* last = nullptr;
   for (std::size_t i = 0; i < n; i++) {
     CRegion* r = new CRegion;
@@ -105,9 +106,7 @@ CRegion* RepackRegions(CRegion* pHead) {
     r->m_fBlue = p.m_fBlue;
     r->m_pPixelHead = p.m_pPixelHead;
     r->m_pPixelTail = p.m_pPixelTail;
-    r->m_pPrev = last;
-    if (last) last->m_pNext = r;
-    last = r;
+    AppendRegion(head, last, r);
     fresh[i] = r;
   }
   for (std::size_t i = 0; i < n; i++) {
@@ -124,7 +123,7 @@ CRegion* RepackRegions(CRegion* pHead) {
       if (static_cast<std::size_t>(regions[i].m_nBest) == k - regions[i].m_nFirstLink) r->m_pBestNeighbor = l;
     }
   }
-  return n ? fresh[0] : nullptr;
+  return head;
 }
 
 void DeleteSnapshotList(CRegionSnapshot* pHead) {

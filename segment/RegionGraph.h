@@ -92,6 +92,17 @@ inline void PrefetchNode(const void* p) {
 // seed graph; packed again, the walks over them stay within few cache lines.
 // Every link must lead to a region of the list.
 CRegion* RepackRegions(CRegion* pHead);
+// Appends a region to a list under construction, given its head and its
+// last region so far (both null for an empty list).
+inline void AppendRegion(CRegion*& pHead, CRegion*& pLast, CRegion* pRegion) {
+  pRegion->m_pPrev = pLast;
+  if (pLast)
+    pLast->m_pNext = pRegion;
+  else
+    pHead = pRegion;
+  pLast = pRegion;
+}
+
 // Frees a whole region list, reading each successor before deleting.
 void DeleteRegionList(CRegion* pHead);
 // Frees a whole snapshot list with its links and pixel arrays.

@@ -43,12 +43,7 @@ int CPictrace::SetupGraph(unsigned char* pBits, double* pEdge) {
       if (label[static_cast<size_t>(y) * w + x] != -1) continue;
       const std::int32_t r = static_cast<std::int32_t>(regions.size());
       CRegion* region = new CRegion;
-      region->m_pPrev = last;
-      if (last)
-        last->m_pNext = region;
-      else
-        m_pRegionHead = region;
-      last = region;
+      AppendRegion(m_pRegionHead, last, region);
       regions.push_back(region);
 
       region->m_pPixelHead = region->m_pPixelTail = new RegionPixel{static_cast<short>(x), static_cast<short>(y), nullptr};
