@@ -40,6 +40,16 @@ const SmallRegionBonus& Bonus() {
   return s_bonus;
 }
 
+// The merge value of a region with the region behind one of its links (see
+// CombineDec), with the bonus table fetched once by the caller; inlined
+// into the refresh loops.
+inline float MergeValue(const SmallRegionBonus& bonus, const CRegion* a, const CNodeNeighbor* link, double dFactor) {
+  const CRegion* other = link->m_pRegion;
+  double cost = WardCost(a, other);
+  DWORD nmin = a->m_nSize < other->m_nSize ? a->m_nSize : other->m_nSize;
+  return static_cast<float>(cost - dFactor * (bonus(nmin) + link->m_nWeakEdges));
+}
+
 CNodeNeighbor* FindLink(CRegion* owner, const CRegion* target) {
   for (CNodeNeighbor* l = owner->m_pNeighbors; l; l = l->m_pNext)
     if (l->m_pRegion == target) return l;
@@ -52,23 +62,20 @@ CNodeNeighbor* FindLink(CRegion* owner, const CRegion* target) {
 // scale-weighted bonus for small regions and for a border without strong
 // edges.
 float CPictrace::CombineDec(CRegion* pRegion, CNodeNeighbor* pLink, double dFactor) {
-  const CRegion* other = pLink->m_pRegion;
-  double cost = WardCost(pRegion, other);
-  DWORD nmin = pRegion->m_nSize < other->m_nSize ? pRegion->m_nSize : other->m_nSize;
-  double bonus = Bonus()(nmin) + pLink->m_nWeakEdges;
-  return static_cast<float>(cost - dFactor * bonus);
+  return MergeValue(Bonus(), pRegion, pLink, dFactor);
 }
 
 // While one region's links are valued, the regions behind the next
 // region's links are already being fetched; the values are the same.
 void CPictrace::RemovingDecrease(double dFactor) {
+  const SmallRegionBonus& bonus = Bonus();
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
     if (r->m_pNext)
       for (const CNodeNeighbor* l = r->m_pNext->m_pNeighbors; l; l = l->m_pNext) PrefetchNode(&l->m_pRegion->m_nSize);
     r->m_fDecrease = 0.0f;
     r->m_pBestNeighbor = nullptr;
     for (CNodeNeighbor* l = r->m_pNeighbors; l; l = l->m_pNext) {
-      l->m_fDecrease = CombineDec(r, l, dFactor);
+      l->m_fDecrease = MergeValue(bonus, r, l, dFactor);
       if (l->m_fDecrease < r->m_fDecrease) {  // ties keep the earlier link
         r->m_pBestNeighbor = l;
         r->m_fDecrease = l->m_fDecrease;
@@ -82,10 +89,11 @@ void CPictrace::RemovingDecrease(double dFactor) {
 // already hold; their other links are deliberately left stale, and a best
 // link is not cleared when nothing is negative any more.
 void CPictrace::UpdateRemovingDecrease(CRegion* pRegion, double dFactor) {
+  const SmallRegionBonus& bonus = Bonus();
   pRegion->m_fDecrease = 0.0f;
   for (CNodeNeighbor* l = pRegion->m_pNeighbors; l; l = l->m_pNext) {
     if (l->m_pNext) PrefetchNode(l->m_pNext->m_pRegion->m_pNeighbors);  // the next walk's first link
-    float v = CombineDec(pRegion, l, dFactor);
+    float v = MergeValue(bonus, pRegion, l, dFactor);
     l->m_fDecrease = v;
     if (v < pRegion->m_fDecrease) {
       pRegion->m_pBestNeighbor = l;
