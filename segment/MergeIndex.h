@@ -60,7 +60,7 @@ class PositionCounter {
  private:
   int m_n;
   int m_top;  // highest power of two <= m_n
-  std::vector<std::int64_t> m_tree;
+  std::vector<std::int32_t> m_tree;  // counts never exceed the position count, an int
 };
 
 // Float values by position; finds the first position of the minimum of a
