@@ -47,10 +47,15 @@ int RegionPositions::Of(const CRegion* pRegion) const {
   if (!pRegion) return -1;
   if (m_slots.empty()) {
     const std::uintptr_t a = reinterpret_cast<std::uintptr_t>(pRegion);
-    auto run = std::upper_bound(m_runs.begin(), m_runs.end(), a, [](std::uintptr_t x, const Run& r) { return x < r.begin; });
-    if (run == m_runs.begin()) return -1;
-    --run;
-    if (a >= run->end || (a - run->begin) % sizeof(CRegion) != 0) return -1;
+    const Run* run = m_runs.empty() ? nullptr : &m_runs[m_nLastRun];
+    if (!run || a < run->begin || a >= run->end) {
+      auto after = std::upper_bound(m_runs.begin(), m_runs.end(), a, [](std::uintptr_t x, const Run& r) { return x < r.begin; });
+      if (after == m_runs.begin()) return -1;
+      run = &*(after - 1);
+      if (a >= run->end) return -1;
+      m_nLastRun = static_cast<size_t>(run - m_runs.data());
+    }
+    if ((a - run->begin) % sizeof(CRegion) != 0) return -1;
     int i = run->first + static_cast<int>((a - run->begin) / sizeof(CRegion));
     return m_regions[static_cast<size_t>(i)] == pRegion ? i : -1;  // removed regions are null
   }

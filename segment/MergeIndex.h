@@ -37,6 +37,7 @@ class RegionPositions {
     int first;             // position of the first region
   };
   std::vector<Run> m_runs;  // by address; empty when the table is used
+  mutable std::size_t m_nLastRun = 0;  // the run of the last lookup, tried first
   struct Slotted {
     const CRegion* key;
     int position;
