@@ -16,6 +16,9 @@ const int kOffsetY[4] = {0, -1, 1, 0};
 const int kJoinLimit = 10;
 const int kJoinLimitOnEdge = 1;
 
+const unsigned char kOnEdge = 1;
+const unsigned char kWeak = 2;
+
 struct QueuedPixel {
   short x;
   short y;
@@ -33,6 +36,18 @@ int CPictrace::SetupGraph(unsigned char* pBits, double* pEdge) {
 
   const size_t n = static_cast<size_t>(w) * h;
   const size_t stride = (static_cast<size_t>(w) * 3 + 3) / 4 * 4;
+
+  // The edge map is indexed x * H + y; both walks below go in pixel order,
+  // so its two tests are taken once per pixel into a map indexed y * W + x:
+  // kOnEdge for a value above the strong level, kWeak for one at or below.
+  std::vector<unsigned char> edgeTest(n);
+  for (int x = 0; x < w; x++)
+    for (int y = 0; y < h; y++) {
+      const double e = pEdge[static_cast<size_t>(x) * h + y];
+      edgeTest[static_cast<size_t>(y) * w + x] =
+          static_cast<unsigned char>((e > kStrongEdge ? kOnEdge : 0) | (e <= kStrongEdge ? kWeak : 0));
+    }
+
   std::vector<std::int32_t> label(n, -1);
   std::vector<QueuedPixel> queue(n);
   std::vector<CRegion*> regions;
@@ -67,7 +82,7 @@ int CPictrace::SetupGraph(unsigned char* pBits, double* pEdge) {
           const unsigned char* q = pBits + static_cast<size_t>(qy) * stride + 3 * static_cast<size_t>(qx);
           int db = b0 - q[0], dg = g0 - q[1], dr = r0 - q[2];
           int dist = db * db + dg * dg + dr * dr;
-          int limit = pEdge[static_cast<size_t>(qx) * h + qy] > kStrongEdge ? kJoinLimitOnEdge : kJoinLimit;
+          int limit = (edgeTest[static_cast<size_t>(qy) * w + qx] & kOnEdge) ? kJoinLimitOnEdge : kJoinLimit;
           if (dist >= limit) continue;
           ql = r;
           queue[tail++] = QueuedPixel{static_cast<short>(qx), static_cast<short>(qy)};
@@ -102,7 +117,7 @@ int CPictrace::SetupGraph(unsigned char* pBits, double* pEdge) {
         if (qx < 0 || qx >= w || qy < 0 || qy >= h) continue;
         std::int32_t t = label[static_cast<size_t>(qy) * w + qx];
         if (t == static_cast<std::int32_t>(r)) continue;
-        DWORD weak = pEdge[static_cast<size_t>(qx) * h + qy] <= kStrongEdge ? 1 : 0;
+        DWORD weak = (edgeTest[static_cast<size_t>(qy) * w + qx] & kWeak) ? 1 : 0;
         if (linkedBy[static_cast<size_t>(t)] == static_cast<std::int32_t>(r)) {
           linkTo[static_cast<size_t>(t)]->m_nWeakEdges += weak;
           continue;
