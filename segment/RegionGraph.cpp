@@ -74,6 +74,8 @@ CRegion* RepackRegions(CRegion* pHead) {
   // their size is live.
   for (std::size_t i = 0; i < n; i++) {
     CRegion* r = old[i];
+    if (i + 1 < n)  // the numbers behind the next region's links are fetched meanwhile
+      for (const CNodeNeighbor* l = old[i + 1]->m_pNeighbors; l; l = l->m_pNext) PrefetchNode(&l->m_pRegion->m_pPrev);
     PackedRegion& p = regions[i];
     p = PackedRegion{r->m_fDecrease, r->m_nSize, r->m_fRed, r->m_fGreen, r->m_fBlue, -1,
                      r->m_pPixelHead, r->m_pPixelTail, links.size()};
