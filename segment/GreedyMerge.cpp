@@ -40,6 +40,29 @@ GreedyCounts FromCursor(CRegion* const& pHead, const MergeStep& merge, Scan scan
   return counts;
 }
 
+// Merges the region at index position q: the absorbed region leaves the
+// index, and the grown region and its neighbours, the only regions whose
+// state a merge changes, are refreshed (refresh(i, nullptr) for the one that
+// leaves). Returns the grown region.
+template <typename Refresh>
+CRegion* MergeAt(RegionPositions& pos, int q, const MergeStep& merge, GreedyCounts& counts,
+                 Refresh refresh) {
+  CRegion* a = pos.At(q);
+  int b = pos.Of(a->m_pBestNeighbor->m_pRegion);
+  merge(a);
+  counts.merges++;
+  if (b >= 0) {
+    refresh(b, nullptr);
+    pos.Remove(b);
+  }
+  refresh(q, a);
+  for (CNodeNeighbor* l = a->m_pNeighbors; l; l = l->m_pNext) {
+    int x = pos.Of(l->m_pRegion);
+    if (x >= 0) refresh(x, l->m_pRegion);
+  }
+  return a;
+}
+
 }  // namespace
 
 GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
@@ -100,20 +123,9 @@ GreedyCounts MergeFirstFitIndexed(RegionPositions& pos, CRegion* const& pHead, D
     int q = qualifies.FindNth(qualifies.CountBelow(p) + 1);  // n when none
     counts.blocked += static_cast<std::uint64_t>(blocked.CountBelow(q) - blocked.CountBelow(p));
     if (q < n) {
-      CRegion* a = pos.At(q);
-      int b = pos.Of(a->m_pBestNeighbor->m_pRegion);
-      merge(a);
-      counts.merges++;
-      if (b >= 0) {
-        setState(b, kNone);
-        pos.Remove(b);
-      }
-      setState(q, StateOf(a, nLimit));
-      for (CNodeNeighbor* l = a->m_pNeighbors; l; l = l->m_pNext) {
-        int x = pos.Of(l->m_pRegion);
-        if (x >= 0) setState(x, StateOf(l->m_pRegion, nLimit));
-      }
-      cursor = a;
+      cursor = MergeAt(pos, q, merge, counts, [&](int i, CRegion* r) {
+        setState(i, r ? StateOf(r, nLimit) : kNone);
+      });
       p = q;
     } else if (cursor != pHead) {
       cursor = pHead;
@@ -139,20 +151,9 @@ GreedyCounts MergeGlobalMinIndexed(RegionPositions& pos, CRegion* const& pHead, 
     float min = values.MinFrom(p);
     if (min < 0.0f) {
       int q = values.FirstAtMost(p, min);
-      CRegion* a = pos.At(q);
-      int b = pos.Of(a->m_pBestNeighbor->m_pRegion);
-      merge(a);
-      counts.merges++;
-      if (b >= 0) {
-        values.Set(b, std::numeric_limits<float>::infinity());
-        pos.Remove(b);
-      }
-      values.Set(q, a->m_fDecrease);
-      for (CNodeNeighbor* l = a->m_pNeighbors; l; l = l->m_pNext) {
-        int x = pos.Of(l->m_pRegion);
-        if (x >= 0) values.Set(x, l->m_pRegion->m_fDecrease);
-      }
-      cursor = a;
+      cursor = MergeAt(pos, q, merge, counts, [&](int i, CRegion* r) {
+        values.Set(i, r ? r->m_fDecrease : std::numeric_limits<float>::infinity());
+      });
       p = q;
     } else if (cursor != pHead) {
       cursor = pHead;
