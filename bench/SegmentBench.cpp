@@ -22,6 +22,7 @@
 
 #include "Pictrace.h"
 #include "cli/ImageFile.h"
+#include "cli/ImageResample.h"
 #include "segment/RegionGraph.h"
 
 namespace {
@@ -39,40 +40,6 @@ int BenchEngine::Regions() const {
   return n;
 }
 
-// Box-filtered resample of a packed 24-bit DIB (area average), so that the
-// smaller pictures keep the character of the photograph.
-std::vector<unsigned char> BoxResample(const std::vector<unsigned char>& src, int width, int height) {
-  BITMAPINFOHEADER sh;
-  std::memcpy(&sh, src.data(), 40);
-  const int sw = sh.biWidth, shh = sh.biHeight;
-  const size_t sstride = (static_cast<size_t>(sw) * 3 + 3) / 4 * 4;
-  const size_t stride = (static_cast<size_t>(width) * 3 + 3) / 4 * 4;
-  std::vector<unsigned char> out(40 + stride * height, 0);
-  BITMAPINFOHEADER h = sh;
-  h.biWidth = width;
-  h.biHeight = height;
-  h.biSizeImage = static_cast<DWORD>(stride * height);
-  h.biClrUsed = 0;
-  std::memcpy(out.data(), &h, 40);
-  const unsigned char* s = src.data() + 40;
-  for (int y = 0; y < height; y++) {
-    int y0 = static_cast<int>(static_cast<long long>(y) * shh / height);
-    int y1 = std::max(y0 + 1, static_cast<int>(static_cast<long long>(y + 1) * shh / height));
-    for (int x = 0; x < width; x++) {
-      int x0 = static_cast<int>(static_cast<long long>(x) * sw / width);
-      int x1 = std::max(x0 + 1, static_cast<int>(static_cast<long long>(x + 1) * sw / width));
-      for (int c = 0; c < 3; c++) {
-        unsigned sum = 0;
-        for (int yy = y0; yy < y1; yy++)
-          for (int xx = x0; xx < x1; xx++) sum += s[yy * sstride + 3 * xx + c];
-        unsigned n = static_cast<unsigned>((y1 - y0) * (x1 - x0));
-        out[40 + y * stride + 3 * x + c] = static_cast<unsigned char>((sum + n / 2) / n);
-      }
-    }
-  }
-  return out;
-}
-
 const std::vector<unsigned char>* Picture(const std::string& path, long long pixels) {
   static std::map<std::pair<std::string, long long>, std::vector<unsigned char>> cache;
   auto key = std::make_pair(path, pixels);
@@ -84,12 +51,7 @@ const std::vector<unsigned char>* Picture(const std::string& path, long long pix
     cache[key];
     return nullptr;
   }
-  if (pixels > 0) {
-    BITMAPINFOHEADER h;
-    std::memcpy(&h, dib.data(), 40);
-    double scale = std::sqrt(static_cast<double>(pixels) / (static_cast<double>(h.biWidth) * h.biHeight));
-    dib = BoxResample(dib, static_cast<int>(h.biWidth * scale + 0.5), static_cast<int>(h.biHeight * scale + 0.5));
-  }
+  if (pixels > 0) dib = pictrace::BoxResampleToPixels(dib, static_cast<double>(pixels));
   return &(cache[key] = std::move(dib));
 }
 

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "SegEngine.h"
+#include "cli/ImageResample.h"
 #include "segment/BlockScale.h"
 
 namespace {
@@ -113,42 +114,6 @@ void ExpectLock(const char* name, const Lock& got, const Lock& want) {
   EXPECT_EQ(got.lowPyramidHash, want.lowPyramidHash);
 }
 
-// Area-average resample of a packed 24-bit DIB to about the given pixel
-// count, keeping the aspect.
-std::vector<unsigned char> Resample(const std::vector<unsigned char>& src, double pixels) {
-  BITMAPINFOHEADER sh;
-  std::memcpy(&sh, src.data(), 40);
-  const int sw = sh.biWidth, shh = sh.biHeight;
-  const double scale = std::sqrt(pixels / (static_cast<double>(sw) * shh));
-  const int width = static_cast<int>(sw * scale + 0.5), height = static_cast<int>(shh * scale + 0.5);
-  const size_t sstride = (static_cast<size_t>(sw) * 3 + 3) / 4 * 4;
-  const size_t stride = (static_cast<size_t>(width) * 3 + 3) / 4 * 4;
-  std::vector<unsigned char> out(40 + stride * height, 0);
-  BITMAPINFOHEADER h = sh;
-  h.biWidth = width;
-  h.biHeight = height;
-  h.biSizeImage = static_cast<DWORD>(stride * height);
-  h.biClrUsed = 0;
-  std::memcpy(out.data(), &h, 40);
-  const unsigned char* s = src.data() + 40;
-  for (int y = 0; y < height; y++) {
-    int y0 = static_cast<int>(static_cast<long long>(y) * shh / height);
-    int y1 = std::max(y0 + 1, static_cast<int>(static_cast<long long>(y + 1) * shh / height));
-    for (int x = 0; x < width; x++) {
-      int x0 = static_cast<int>(static_cast<long long>(x) * sw / width);
-      int x1 = std::max(x0 + 1, static_cast<int>(static_cast<long long>(x + 1) * sw / width));
-      for (int c = 0; c < 3; c++) {
-        unsigned sum = 0;
-        for (int yy = y0; yy < y1; yy++)
-          for (int xx = x0; xx < x1; xx++) sum += s[yy * sstride + 3 * xx + c];
-        unsigned n = static_cast<unsigned>((y1 - y0) * (x1 - x0));
-        out[40 + y * stride + 3 * x + c] = static_cast<unsigned char>((sum + n / 2) / n);
-      }
-    }
-  }
-  return out;
-}
-
 struct Case {
   const char* file;
   bool shared;  // a shared photograph, resampled to one megapixel
@@ -183,7 +148,7 @@ TEST_P(SegmentationLock, SameResultsAsRecorded) {
   if (c.shared) {
     const std::string path = testimg::SharedImagePath(c.file);
     if (!testimg::FileExists(path)) GTEST_SKIP() << path << " is absent";
-    dib = Resample(testimg::LoadDib(path), 1e6);
+    dib = pictrace::BoxResampleToPixels(testimg::LoadDib(path), 1e6);
   } else {
     dib = testimg::LoadDib(testimg::ExamplePath(c.file));
   }
