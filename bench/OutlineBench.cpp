@@ -8,7 +8,7 @@
 
 #include "Pictrace.h"
 #include "bench/BenchSupport.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace {
 

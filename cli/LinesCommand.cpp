@@ -14,7 +14,7 @@
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
 #include "thinline/LineArtJob.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 namespace pictrace {
 namespace cli {

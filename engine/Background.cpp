@@ -4,49 +4,17 @@
 // exactly where the other regions lie.
 #include <cstring>
 #include <memory>
-#include <utility>
 #include <vector>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/BackgroundColor.h"
+#include "core/OutlineRecords.h"
+#include "core/Progress.h"
+#include "core/RegionList.h"
+#include "engine/RegionOutput.h"
+#include "outline/OutlineStage.h"
 
 namespace {
-
-// The frame test of the background marking: a bounding box that reaches
-// into the 5 % margins of the picture.
-struct FrameTest {
-  double width, height, mx, my;
-  FrameTest(int w, int h) : width(w), height(h), mx(w * 0.05), my(h * 0.05) {}
-  bool operator()(const COutlineRegion* pRegion) const {
-    const CRect& rc = pRegion->m_rcBound;
-    return rc.left < mx || rc.right > width - mx || rc.top < my || rc.bottom > height - my;
-  }
-};
-
-// The background colour as the background marking chooses it: the colour
-// with the largest pixel count over the frame-touching regions, the first
-// one met winning a tie. False when no region touches the frame.
-bool FindBackgroundColor(const std::list<COutlineRegion*>& regions, const FrameTest& touches,
-                         COLORREF& color) {
-  std::vector<std::pair<COLORREF, long long>> tally;
-  for (const COutlineRegion* pRegion : regions) {
-    if (!touches(pRegion)) continue;
-    bool found = false;
-    for (auto& entry : tally)
-      if (entry.first == pRegion->m_crColor) {
-        entry.second += pRegion->m_nPixels;
-        found = true;
-        break;
-      }
-    if (!found) tally.emplace_back(pRegion->m_crColor, pRegion->m_nPixels);
-  }
-  if (tally.empty()) return false;
-  size_t best = 0;
-  for (size_t i = 1; i < tally.size(); i++)
-    if (tally[i].second > tally[best].second) best = i;
-  color = tally[best].first;
-  return true;
-}
 
 // A colour that differs from the background in every channel by at least
 // 128, so the two can never merge into one component.
@@ -63,100 +31,21 @@ void PaintPixel(unsigned char* p, COLORREF color) {
   p[2] = GetRValue(color);
 }
 
-void DeleteRegions(std::list<COutlineRegion*>& regions) {
-  while (!regions.empty()) {
-    delete regions.front();
-    regions.pop_front();
-  }
-}
-
-// Runs the outline stage on another picture and another region list while
-// keeping everything it would change in the engine: the current regions,
-// the working image, the work buffers, the colour list, the host mask (which
-// the small-region clean-up may write) and the progress state (the side
-// trace is not a stage of the host's job and reports nothing). The
-// destructor restores all of it, also when an allocation fails on the way.
-class SideTrace {
- public:
-  // pDIB (may be null) replaces the working image; pPlaced (may be null)
-  // lends its regions as the current ones. The copies that can fail come
-  // first, so that a failure leaves the engine untouched.
-  SideTrace(CPictrace& engine, std::unique_ptr<unsigned char[]> pDIB,
-            std::list<COutlineRegion*>* pPlaced)
-      : m_e(engine), m_pDIB(std::move(pDIB)), m_pPlaced(pPlaced) {
-    m_savedColors.Copy(m_e.m_arrColorList);
-    if (m_pDIB && m_e.m_pMask) {
-      size_t n = static_cast<size_t>(m_e.m_bmiHeader.biWidth) * m_e.m_bmiHeader.biHeight;
-      m_savedMask.assign(m_e.m_pMask, m_e.m_pMask + n);
-    }
-    m_e.m_listOutlineRegions.swap(m_savedRegions);
-    if (m_pPlaced) m_e.m_listOutlineRegions.swap(*m_pPlaced);
-    m_e.m_listWorkBuffers.swap(m_savedBuffers);
-    m_pSavedWorkDIB = m_e.m_pWorkDIB;
-    m_pSavedWorkBits = m_e.m_pWorkBits;
-    if (m_pDIB) {
-      m_e.m_pWorkDIB = m_pDIB.get();
-      m_e.m_pWorkBits = m_pDIB.get() + 40;
-    }
-    m_pSavedWnd = m_e.m_pProgressWnd;
-    m_fSavedPos = m_e.m_fProgressPos;
-    m_nSavedShown = m_e.m_nProgressShown;
-    m_nSavedLineType = m_e.m_nOutputLineType;
-    m_e.m_pProgressWnd = nullptr;
-  }
-
-  ~SideTrace() {
-    if (m_pPlaced) m_e.m_listOutlineRegions.swap(*m_pPlaced);
-    DeleteRegions(m_e.m_listOutlineRegions);
-    m_e.m_listOutlineRegions.swap(m_savedRegions);
-    while (!m_e.m_listWorkBuffers.empty()) {
-      delete[] m_e.m_listWorkBuffers.front();
-      m_e.m_listWorkBuffers.pop_front();
-    }
-    m_e.m_listWorkBuffers.swap(m_savedBuffers);
-    m_e.m_arrColorList.Copy(m_savedColors);
-    m_e.m_pWorkDIB = m_pSavedWorkDIB;
-    m_e.m_pWorkBits = m_pSavedWorkBits;
-    if (m_e.m_pMask && !m_savedMask.empty())
-      std::memcpy(m_e.m_pMask, m_savedMask.data(), m_savedMask.size() * sizeof(int));
-    m_e.m_pProgressWnd = m_pSavedWnd;
-    m_e.m_fProgressPos = m_fSavedPos;
-    m_e.m_nProgressShown = m_nSavedShown;
-    m_e.m_nOutputLineType = m_nSavedLineType;
-  }
-
-  SideTrace(const SideTrace&) = delete;
-  SideTrace& operator=(const SideTrace&) = delete;
-
- private:
-  CPictrace& m_e;
-  std::unique_ptr<unsigned char[]> m_pDIB;
-  std::list<COutlineRegion*>* m_pPlaced;
-  std::list<COutlineRegion*> m_savedRegions;
-  std::list<double*> m_savedBuffers;
-  CDWordArray m_savedColors;
-  unsigned char* m_pSavedWorkDIB;
-  unsigned char* m_pSavedWorkBits;
-  std::vector<int> m_savedMask;
-  CWnd* m_pSavedWnd;
-  float m_fSavedPos;
-  int m_nSavedShown;
-  int m_nSavedLineType;
-};
-
 }  // namespace
 
 int CPictrace::ExtractBackground() {
-  DeleteRegions(m_listBackgroundRegions);
+  pictrace::RegionList old;
+  old.Swap(m_listBackgroundRegions);
+  old.Clear();
   const int width = m_bmiHeader.biWidth;
   const int height = m_bmiHeader.biHeight;
   if (!m_pWorkDIB || !m_pWorkBits || width <= 0 || height <= 0) return 0;
-  const long long stride = static_cast<long long>(m_bmiHeader.biSizeImage) / height;
+  const long long stride = static_cast<long long>(pictrace::HeaderStride(m_bmiHeader));
   if (stride < 3LL * width || m_listOutlineRegions.empty()) return 0;
 
-  const FrameTest touches(width, height);
+  const pictrace::FrameTest touches(width, height);
   COLORREF background = 0;
-  if (!FindBackgroundColor(m_listOutlineRegions, touches, background)) return 0;
+  if (!pictrace::FindBackgroundColor(m_listOutlineRegions, touches, background)) return 0;
   const COLORREF foreground = ForegroundFor(background);
 
   // The copy: everything foreground, then the pixels of the background
@@ -177,33 +66,49 @@ int CPictrace::ExtractBackground() {
     }
   }
 
-  SideTrace scope(*this, std::move(pCopy), nullptr);
+  // The outline stage on the copy. The small-region clean-up may write the
+  // host mask, so it works on a copy of it; the engine's own regions, picture
+  // and mask stay as they are, and nothing is reported to the progress window.
+  outline::OutlineInput in = outline::InputOf(*this);
+  in.image.bits = pBits;
+  std::vector<int> mask;
+  if (m_pMask) {
+    mask.assign(m_pMask, m_pMask + static_cast<size_t>(width) * height);
+    in.hostMask = mask.data();
+  }
+  pictrace::RegionList regions;
   unsigned char* pNoMask = nullptr;
-  GetOutline4Cartoon2(m_dSegmentParam, &pNoMask);
+  outline::TraceRegions(in, m_dSegmentParam, &pNoMask, regions);
+
   // Keep the regions traced from background pixels; the component keeps
   // the traced colour, while the region's colour is already the palette's.
-  for (auto it = m_listOutlineRegions.begin(); it != m_listOutlineRegions.end();) {
+  std::list<COutlineRegion*>& items = regions.Items();
+  for (auto it = items.begin(); it != items.end();) {
     COutlineRegion* pRegion = *it;
     if (pRegion->m_pComponent && pRegion->m_pComponent->m_crColor == background) {
       ++it;
     } else {
       delete pRegion;
-      it = m_listOutlineRegions.erase(it);
+      it = items.erase(it);
     }
   }
-  SortRegionSeq(m_listOutlineRegions);
-  SetOutlineColorIndex(m_listOutlineRegions);
-  CreateOutputPolygon(m_nOutputLineType);
-  m_listBackgroundRegions.swap(m_listOutlineRegions);
+  outline::SortRegions(items);
+  outline::TieToColors(items, m_arrColorList);
+  pictrace::Progress silent;
+  pictrace::engine::BuildOutputPolygons(items, static_cast<int>(m_arrColorList.GetSize()),
+                                        m_nOutputLineType, height, m_dCurveTolerance, silent);
+  regions.Swap(m_listBackgroundRegions);
   return m_listBackgroundRegions.empty() ? 0 : 1;
 }
 
 void CPictrace::GetBackgroundRegions(CPTRegions* pRegions, int nLineType) {
   if (!pRegions) return;
-  // The region output runs on the background list in place of the current
-  // regions; its polygons are rebuilt in the asked line type each time.
-  SideTrace scope(*this, nullptr, &m_listBackgroundRegions);
-  CreateOutputPolygon(nLineType);
-  m_nOutputLineType = nLineType;
-  GetRegions(pRegions, nLineType);
+  // The background regions' polygons are rebuilt in the asked line type
+  // each time; the current regions and the engine's line type stay as they are.
+  const int nColors = static_cast<int>(m_arrColorList.GetSize());
+  pictrace::Progress silent;
+  pictrace::engine::BuildOutputPolygons(m_listBackgroundRegions, nColors, nLineType,
+                                        m_bmiHeader.biHeight, m_dCurveTolerance, silent);
+  pictrace::engine::CollectRegions(m_listBackgroundRegions, nColors, m_rcImageReal, m_bmiHeader.biWidth,
+                                   m_bmiHeader.biHeight, pRegions);
 }

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 int CPictrace::IsPointInOutline(sPoint& pt, sPoint* pPoints, int nPoints) {
   if (!pPoints || nPoints <= 0) return 0;

@@ -13,17 +13,11 @@ constexpr size_t kHeaderSize = sizeof(BITMAPINFOHEADER);
 
 // Row stride of an input DIB by bit count (0 for an unsupported count).
 std::uint64_t InputStride(LONG width, WORD bitCount) {
-  std::uint64_t w = static_cast<std::uint64_t>(width);
-  switch (bitCount) {
-    case 1: return ((w + 31) / 32) * 4;
-    case 4: return ((w + 7) / 8) * 4;
-    case 8: return ((w + 3) / 4) * 4;
-    case 24: return ((w * 3 + 3) / 4) * 4;
-    default: return 0;
-  }
+  if (bitCount != 1 && bitCount != 4 && bitCount != 8 && bitCount != 24) return 0;
+  return DibRowBytes(static_cast<std::uint64_t>(width), bitCount);
 }
 
-std::uint64_t Stride24(LONG width) { return ((static_cast<std::uint64_t>(width) * 3 + 3) / 4) * 4; }
+std::uint64_t Stride24(LONG width) { return DibRowBytes(static_cast<std::uint64_t>(width), 24); }
 
 // Bytes of the colour table in front of the pixel rows.
 std::uint64_t ColorTableSize(const BITMAPINFOHEADER& h) {

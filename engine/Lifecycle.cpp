@@ -2,9 +2,9 @@
 #include <cmath>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "segment/RegionGraph.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 CPictrace::CPictrace()
     : m_pProgressWnd(nullptr),

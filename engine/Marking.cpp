@@ -3,24 +3,21 @@
 #include <vector>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/BackgroundColor.h"
+#include "core/ColorDistance.h"
+#include "core/OutlineRecords.h"
+#include "core/ThinLineRecords.h"
 
 namespace {
 
-long long ColorDistance(DWORD a, DWORD b) {
-  const long long dr = static_cast<long long>(GetRValue(a)) - GetRValue(b);
-  const long long dg = static_cast<long long>(GetGValue(a)) - GetGValue(b);
-  const long long db = static_cast<long long>(GetBValue(a)) - GetBValue(b);
-  return dr * dr + dg * dg + db * db;
-}
+using pictrace::SquaredDistance;
 
 // Index of the list colour nearest to c; the first of equal distances wins.
 int NearestIndex(const CDWordArray& list, DWORD c, long long& best) {
   best = 1000000;
   int index = -1;
   for (INT_PTR i = 0; i < list.GetSize(); i++) {
-    const long long d = ColorDistance(list[i], c);
+    const long long d = SquaredDistance(list[i], c);
     if (d < best) {
       best = d;
       index = static_cast<int>(i);
@@ -103,7 +100,7 @@ void CPictrace::MarkRegions(DWORD color, int nValue, int bStored) {
 
   if (indices.GetSize() == 0) {
     for (COutlineRegion* pRegion : regions) {
-      const long long d = ColorDistance(pRegion->m_crColor, color);
+      const long long d = SquaredDistance(pRegion->m_crColor, color);
       if (d > radius2) continue;
       if (!bStored)
         pRegion->m_bSkip = nValue;
@@ -135,7 +132,7 @@ void CPictrace::MarkLines(DWORD color, int nValue) {
   if (indices.GetSize() == 0) {
     const long long radius2 = static_cast<long long>(m_nColorRadius) * m_nColorRadius;
     for (COutlineThinline* pLine : m_listThinLines)
-      if (ColorDistance(pLine->m_crColor, color) <= radius2) pLine->m_bSelected = nValue;
+      if (SquaredDistance(pLine->m_crColor, color) <= radius2) pLine->m_bSelected = nValue;
     return;
   }
   for (COutlineThinline* pLine : m_listThinLines) {
@@ -147,34 +144,9 @@ void CPictrace::MarkLines(DWORD color, int nValue) {
 }
 
 void CPictrace::MarkBackground() {
-  const double width = m_bmiHeader.biWidth;
-  const double height = m_bmiHeader.biHeight;
-  const double mx = width * 0.05;
-  const double my = height * 0.05;
-  auto touchesFrame = [&](const COutlineRegion* pRegion) {
-    const CRect& rc = pRegion->m_rcBound;
-    return rc.left < mx || rc.right > width - mx || rc.top < my || rc.bottom > height - my;
-  };
-
-  // Frame area per colour, in order of first appearance.
-  std::vector<std::pair<DWORD, long long>> tally;
-  for (COutlineRegion* pRegion : m_listOutlineRegions) {
-    if (!touchesFrame(pRegion)) continue;
-    bool found = false;
-    for (auto& entry : tally) {
-      if (entry.first == pRegion->m_crColor) {
-        entry.second += pRegion->m_nPixels;
-        found = true;
-        break;
-      }
-    }
-    if (!found) tally.emplace_back(pRegion->m_crColor, pRegion->m_nPixels);
-  }
-  if (tally.empty()) return;
-  size_t best = 0;
-  for (size_t i = 1; i < tally.size(); i++)
-    if (tally[i].second > tally[best].second) best = i;  // the first colour wins a tie
-  const DWORD background = tally[best].first;
+  const pictrace::FrameTest touchesFrame(m_bmiHeader.biWidth, m_bmiHeader.biHeight);
+  COLORREF background = 0;
+  if (!pictrace::FindBackgroundColor(m_listOutlineRegions, touchesFrame, background)) return;
   for (COutlineRegion* pRegion : m_listOutlineRegions)
     if (touchesFrame(pRegion) && pRegion->m_crColor == background) pRegion->m_bSkip = 1;
 }

@@ -1,5 +1,6 @@
 // Progress reports to the host's progress window.
 #include "Pictrace.h"
+#include "core/Progress.h"
 
 void CPictrace::BeginProgress(int nKind) {
   m_fProgressPos = 0.0f;
@@ -29,4 +30,8 @@ void CPictrace::ShowProgress(int nPos) {
 
 void CPictrace::EndProgress() {
   if (m_pProgressWnd) m_pProgressWnd->SendMessage(WM_PICTRACE_PROGRESS_END, 1, 0);
+}
+
+pictrace::Progress CPictrace::JobProgress() {
+  return pictrace::Progress(m_fProgressPos, m_fProgressTotal, [this](int nPos) { ShowProgress(nPos); });
 }

@@ -4,9 +4,11 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/Progress.h"
+#include "engine/RegionOutput.h"
 #include "curve/BezierFit.h"
-#include "engine/OutputMapping.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutputMapping.h"
+#include "core/OutlineRecords.h"
 
 namespace {
 
@@ -75,53 +77,47 @@ void MapPolygon(CPTPolygon& dst, const CPTPolygon* pSrc, const CRect& rc, double
 
 }  // namespace
 
-void CPictrace::CreateOutputPolygon(int nLineType) {
-  if (m_listOutlineRegions.empty()) return;
-  const int nHeight = m_bmiHeader.biHeight;
-  const int n = static_cast<int>(m_arrColorList.GetSize());
-  for (int c = 0; c < n; c++) {
-    ShowProgress(static_cast<int>(static_cast<double>(PT_WEIGHT_POLYGONS) / m_fProgressTotal * 100.0 *
-                                      (static_cast<double>(c) / n) +
-                                  m_fProgressPos));
-    for (COutlineRegion* pRegion : m_listOutlineRegions) {
+namespace pictrace {
+namespace engine {
+
+void BuildOutputPolygons(std::list<COutlineRegion*>& regions, int nColors, int nLineType,
+                         int nHeight, double dTolerance, Progress& progress) {
+  if (regions.empty()) return;
+  const double span = progress.Span(PT_WEIGHT_POLYGONS);
+  for (int c = 0; c < nColors; c++) {
+    progress.ShowAt(span * (static_cast<double>(c) / nColors));
+    for (COutlineRegion* pRegion : regions) {
       if (pRegion->m_nColorIndex != c) continue;
       BuildPolygon(pRegion->m_pPolygon, pRegion->m_pPoints, pRegion->m_nPoints,
-                   pRegion->m_pRawPoints, pRegion->m_nRawPoints, nLineType, nHeight,
-                   m_dCurveTolerance);
+                   pRegion->m_pRawPoints, pRegion->m_nRawPoints, nLineType, nHeight, dTolerance);
       for (INT_PTR k = 0; k < pRegion->m_arrHoles.GetSize(); k++) {
         CHole* pHole = pRegion->m_arrHoles[k];
         BuildPolygon(pHole->m_pPolygon, pHole->m_pPoints, pHole->m_nPoints, pHole->m_pRawPoints,
-                     pHole->m_nRawPoints, nLineType, nHeight, m_dCurveTolerance);
+                     pHole->m_nRawPoints, nLineType, nHeight, dTolerance);
       }
     }
   }
-  m_fProgressPos = static_cast<float>(
-      m_fProgressPos + static_cast<double>(PT_WEIGHT_POLYGONS) / m_fProgressTotal * 100.0);
-  ShowProgress(static_cast<int>(m_fProgressPos + 0.1));
+  progress.EndStage(PT_WEIGHT_POLYGONS);
 }
 
-void CPictrace::GetRegions(CPTRegions* pRegions, int nLineType) {
-  if (!pRegions) return;
-  if (nLineType != m_nOutputLineType) CreateOutputPolygon(nLineType);
-
+void CollectRegions(const std::list<COutlineRegion*>& regions, int nColors, const CRect& rcReal,
+                    int nWidth, int nHeight, CPTRegions* pRegions) {
   // Without an image there is no pixel size to scale by; results stay in
   // pixels, as with an empty rectangle.
   double sx, sy;
-  pictrace::engine::OutputScale(m_rcImageReal, m_bmiHeader.biWidth, m_bmiHeader.biHeight, sx, sy);
+  OutputScale(rcReal, nWidth, nHeight, sx, sy);
 
   std::vector<CPTRegion*> collected;
-  const int n = static_cast<int>(m_arrColorList.GetSize());
-  for (int c = 0; c < n; c++) {
-    for (COutlineRegion* pRegion : m_listOutlineRegions) {
+  for (int c = 0; c < nColors; c++) {
+    for (COutlineRegion* pRegion : regions) {
       if (pRegion->m_nColorIndex != c || pRegion->m_bSkip != 0) continue;
       CPTRegion* pOut = new CPTRegion;
       const int nHoles = static_cast<int>(pRegion->m_arrHoles.GetSize());
       pOut->m_nPolygons = nHoles + 1;
       pOut->m_pPolygons = new CPTPolygon[nHoles + 1];
-      MapPolygon(pOut->m_pPolygons[0], pRegion->m_pPolygon, m_rcImageReal, sx, sy);
+      MapPolygon(pOut->m_pPolygons[0], pRegion->m_pPolygon, rcReal, sx, sy);
       for (int k = 0; k < nHoles; k++)
-        MapPolygon(pOut->m_pPolygons[k + 1], pRegion->m_arrHoles[k]->m_pPolygon, m_rcImageReal,
-                   sx, sy);
+        MapPolygon(pOut->m_pPolygons[k + 1], pRegion->m_arrHoles[k]->m_pPolygon, rcReal, sx, sy);
       pOut->m_nColorIndex = c + 1;
       pOut->m_nRegionFlag = (pRegion->m_bNarrow != 0 && pRegion->m_nArea * sx * sy / 2.0 >= 2500.0);
       collected.push_back(pOut);
@@ -138,4 +134,20 @@ void CPictrace::GetRegions(CPTRegions* pRegions, int nLineType) {
     collected[i]->m_pPolygons = nullptr;
     delete collected[i];
   }
+}
+
+}  // namespace engine
+}  // namespace pictrace
+
+void CPictrace::CreateOutputPolygon(int nLineType) {
+  pictrace::Progress progress = JobProgress();
+  pictrace::engine::BuildOutputPolygons(m_listOutlineRegions, static_cast<int>(m_arrColorList.GetSize()),
+                                        nLineType, m_bmiHeader.biHeight, m_dCurveTolerance, progress);
+}
+
+void CPictrace::GetRegions(CPTRegions* pRegions, int nLineType) {
+  if (!pRegions) return;
+  if (nLineType != m_nOutputLineType) CreateOutputPolygon(nLineType);
+  pictrace::engine::CollectRegions(m_listOutlineRegions, static_cast<int>(m_arrColorList.GetSize()),
+                                   m_rcImageReal, m_bmiHeader.biWidth, m_bmiHeader.biHeight, pRegions);
 }

@@ -4,6 +4,9 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ColorDistance.h"
+#include "core/ImageView.h"
+#include "core/Progress.h"
 #include "engine/ColorCountRetry.h"
 
 namespace {
@@ -22,10 +25,7 @@ void SnapToPalette(const unsigned char* pSrc, unsigned char* pDst, int nWidth, i
       DWORD best = 0;
       bool bExact = false;
       for (DWORD c : palette) {
-        int dr = s[2] - static_cast<int>(c & 0xFF);
-        int dg = s[1] - static_cast<int>((c >> 8) & 0xFF);
-        int db = s[0] - static_cast<int>((c >> 16) & 0xFF);
-        int d = dr * dr + dg * dg + db * db;
+        int d = pictrace::SquaredDistance(s, c);
         if (d == 0) {
           bExact = true;
           break;
@@ -61,7 +61,7 @@ void CPictrace::DoSegmentation(int nColors, CDWordArray* pColors, double dParam,
   m_dSegmentParam = dParam;
   const int nWidth = m_bmiHeader.biWidth;
   const int nHeight = m_bmiHeader.biHeight;
-  const int nStride = static_cast<int>(m_bmiHeader.biSizeImage / nHeight);
+  const int nStride = static_cast<int>(pictrace::HeaderStride(m_bmiHeader));
   m_nColorRadius = 15;
 
   int nCount = 0;
@@ -94,9 +94,7 @@ void CPictrace::DoSegmentation(int nColors, CDWordArray* pColors, double dParam,
     bRetry = retry.AfterRetry(nCount);
   }
 
-  m_fProgressPos = static_cast<float>(
-      m_fProgressPos + static_cast<double>(PT_WEIGHT_CLUSTER) / m_fProgressTotal * 100.0);
-  ShowProgress(static_cast<int>(m_fProgressPos + 0.1));
+  JobProgress().EndStage(PT_WEIGHT_CLUSTER);
 
   SortRegionSeq(m_listOutlineRegions);
   SetOutlineColorIndex(m_listOutlineRegions);

@@ -22,6 +22,9 @@ class COutlineThinline;
 class CRegion;
 class CNodeNeighbor;
 struct CRegionSnapshot;
+namespace pictrace {
+class Progress;
+}
 
 // Progress messages sent to m_pProgressWnd.
 #define WM_PICTRACE_PROGRESS_BEGIN 0x1401  // wParam 0, lParam 0
@@ -207,6 +210,7 @@ class PICTRACE_API CPictrace {
   void UnloadData();
   void SetSatinWidth(double dWidth);
   void ShowProgress(int nPos);
+  pictrace::Progress JobProgress();  // the job's position and total, shown through ShowProgress
   void DeriveSatinWidth();  // the satin width rule shared by the rectangle and image input
 
   // --- image input and painting

@@ -4,8 +4,8 @@
 
 #include <list>
 
-#include "outline/OutlineImage.h"
-#include "outline/OutlineRecords.h"
+#include "outline/OutlineStage.h"
+#include "core/OutlineRecords.h"
 
 namespace outline {
 
@@ -15,7 +15,7 @@ void ClearComponents(std::list<CConComponent*>& listComp);
 // One flood-fill pass over the image (no numbering, no repair): labels is
 // set up from the host mask and the cartoon mask and left with 1 at every
 // visited pixel; queue has room for width * height points.
-void FloodComponents(const WorkImage& img, const int* pHostMask, const unsigned char* pMask,
+void FloodComponents(const pictrace::ImageView& img, const int* pHostMask, const unsigned char* pMask,
                      int* labels, sPoint* queue, std::list<CConComponent*>& listComp);
 
 }  // namespace outline

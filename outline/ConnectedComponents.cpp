@@ -7,8 +7,8 @@
 #include "outline/ComponentList.h"
 #include "outline/CrossingRepair.h"
 #include "outline/DiscFit.h"
-#include "outline/OutlineImage.h"
-#include "outline/OutlineRecords.h"
+#include "outline/OutlineStage.h"
+#include "core/OutlineRecords.h"
 
 namespace outline {
 
@@ -19,7 +19,7 @@ void ClearComponents(std::list<CConComponent*>& listComp) {
   }
 }
 
-void FloodComponents(const WorkImage& img, const int* pHostMask, const unsigned char* pMask,
+void FloodComponents(const pictrace::ImageView& img, const int* pHostMask, const unsigned char* pMask,
                      int* labels, sPoint* queue, std::list<CConComponent*>& listComp) {
   const int W = img.width, H = img.height;
   const size_t n = static_cast<size_t>(W) * H;
@@ -76,17 +76,15 @@ void FloodComponents(const WorkImage& img, const int* pHostMask, const unsigned 
   }
 }
 
-}  // namespace outline
-
-int CPictrace::GetCompList(std::list<CConComponent*>& listComp, unsigned char* pMask) {
-  outline::WorkImage img;
-  if (!outline::GetWorkImage(*this, img)) return 0;
-  outline::ClearComponents(listComp);
+int ComponentList(const OutlineInput& in, std::list<CConComponent*>& listComp, unsigned char* pMask) {
+  if (!Usable(in)) return 0;
+  const pictrace::ImageView& img = in.image;
+  ClearComponents(listComp);
 
   const size_t n = static_cast<size_t>(img.width) * img.height;
   std::unique_ptr<int[]> labels(new int[n]);
   std::unique_ptr<sPoint[]> queue(new sPoint[n]);
-  outline::FloodComponents(img, m_pMask, pMask, labels.get(), queue.get(), listComp);
+  FloodComponents(img, in.hostMask, pMask, labels.get(), queue.get(), listComp);
 
   int i = 0;
   for (CConComponent* comp : listComp) {
@@ -96,13 +94,19 @@ int CPictrace::GetCompList(std::list<CConComponent*>& listComp, unsigned char* p
     i++;
   }
 
-  int repairs = outline::RepairCrossings(labels.get(), img.width, img.height, img.bits, img.stride);
+  int repairs = RepairCrossings(labels.get(), img.width, img.height, img.bits, static_cast<int>(img.stride));
   // With a repair the list built before it is returned: the caller rebuilds
   // after its next clean-up pass. Without one, building again from the same
   // image and masks would give the very same components, only unnumbered.
   if (repairs == 0)
     for (CConComponent* comp : listComp) comp->m_nIndex = -1;
   return 1;
+}
+
+}  // namespace outline
+
+int CPictrace::GetCompList(std::list<CConComponent*>& listComp, unsigned char* pMask) {
+  return outline::ComponentList(outline::InputOf(*this), listComp, pMask);
 }
 
 int CPictrace::BeCross24(int* pLabels, int nHeight, int nWidth, int nRow, int nCol) {

@@ -9,8 +9,8 @@
 #include "Pictrace.h"
 #include "outline/ContourSteps.h"
 #include "outline/CrossingRepair.h"
-#include "outline/OutlineImage.h"
-#include "outline/OutlineRecords.h"
+#include "outline/OutlineStage.h"
+#include "core/OutlineRecords.h"
 
 namespace {
 
@@ -111,11 +111,12 @@ bool FindStart(const int* L, int W, int H, const CRect& box, int i, sPoint& star
 
 }  // namespace
 
-int CPictrace::GetOutlineList(std::list<COutlineVector*>& listPieces,
-                              std::list<CConComponent*>& listComp, double dParam) {
-  outline::WorkImage img;
-  if (!outline::GetWorkImage(*this, img)) return 0;
-  const int W = img.width, H = img.height;
+namespace outline {
+
+int TracePieces(const OutlineInput& in, std::list<COutlineVector*>& listPieces,
+                std::list<CConComponent*>& listComp, double dParam) {
+  if (!Usable(in)) return 0;
+  const int W = in.image.width, H = in.image.height;
   const size_t n = static_cast<size_t>(W) * H;
   std::unique_ptr<int[]> labels(new int[n]);
   std::fill(labels.get(), labels.get() + n, -1);
@@ -131,7 +132,7 @@ int CPictrace::GetOutlineList(std::list<COutlineVector*>& listPieces,
   }
   // The start vertices found before the repair are all replaced by the ones
   // found after it, so only the latter are searched.
-  outline::RepairCrossings(labels.get(), W, H, nullptr, 0);
+  RepairCrossings(labels.get(), W, H, nullptr, 0);
 
   // Every crack of the grid is crossed at most once by one pass.
   const long cracks = static_cast<long>(W + 1) * H + static_cast<long>(H + 1) * W + 2;
@@ -158,8 +159,15 @@ int CPictrace::GetOutlineList(std::list<COutlineVector*>& listPieces,
       listComp.push_back(comp);
   }
 
-  SmoothOutlineVector(listPieces, dParam);
+  SmoothPieces(listPieces, dParam);
   return 1;
+}
+
+}  // namespace outline
+
+int CPictrace::GetOutlineList(std::list<COutlineVector*>& listPieces,
+                              std::list<CConComponent*>& listComp, double dParam) {
+  return outline::TracePieces(outline::InputOf(*this), listPieces, listComp, dParam);
 }
 
 int CPictrace::contour_order(int* pLabels, int x, int y) {

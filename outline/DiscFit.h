@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace outline {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "AfxWin.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace outline {
 

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/OutlineRecords.h"
 #include "outline/ComponentList.h"
 #include "outline/DiscFit.h"
-#include "outline/OutlineImage.h"
-#include "outline/OutlineRecords.h"
+#include "outline/OutlineStage.h"
 #include "outline/PieceSearch.h"
 #include "outline/RegionAssembly.h"
 
@@ -26,19 +26,34 @@ struct StageGuard {
 
 }  // namespace
 
-int CPictrace::GetOutline4Cartoon2(double dParam, unsigned char** ppMask) {
-  outline::WorkImage img;
-  if (!outline::GetWorkImage(*this, img)) return 0;
-  while (!m_listOutlineRegions.empty()) {
-    delete m_listOutlineRegions.front();
-    m_listOutlineRegions.pop_front();
-  }
+namespace outline {
+
+OutlineInput InputOf(const CPictrace& e) {
+  OutlineInput in;
+  const BITMAPINFOHEADER& h = e.m_bmiHeader;
+  if (e.m_pDIB && e.m_pWorkBits) in.image = pictrace::ViewOf(h, e.m_pWorkBits);
+  in.headerStride = pictrace::HeaderStride(h);
+  in.hostMask = e.m_pMask;
+  in.outputRect = e.m_rcImageReal;
+  in.satinWidth = e.m_dSatinWidth;
+  in.colors = &e.m_arrColorList;
+  return in;
+}
+
+bool Usable(const OutlineInput& in) {
+  return !in.image.Empty() && in.image.width <= kMaxSide && in.image.height <= kMaxSide;
+}
+
+bool TraceRegions(const OutlineInput& in, double dParam, unsigned char** ppMask,
+                  pictrace::RegionList& regions) {
+  if (!Usable(in)) return false;
+  regions.Clear();
 
   StageGuard stage;
   unsigned char* mask = ppMask ? *ppMask : nullptr;
-  GetCompList(stage.comps, mask);
+  ComponentList(in, stage.comps, mask);
   int passes = 0;
-  while (RemoveSmallRegions(stage.comps, 3.0, mask) == 1) {
+  while (RemoveSmallComponents(in, stage.comps, 3.0, mask) == 1) {
     if (++passes > 100) {
       // Give up: the mask goes, the components of this pass stay in use.
       delete[] mask;
@@ -46,24 +61,37 @@ int CPictrace::GetOutline4Cartoon2(double dParam, unsigned char** ppMask) {
       if (ppMask) *ppMask = nullptr;
       break;
     }
-    GetCompList(stage.comps, mask);
+    ComponentList(in, stage.comps, mask);
   }
 
-  GetOutlineList(stage.pieces, stage.comps, dParam);
+  TracePieces(in, stage.pieces, stage.comps, dParam);
   std::vector<COutlineVector*> pieces(stage.pieces.begin(), stage.pieces.end());
 
-  std::vector<sPoint> disc = outline::BuildDiscTable(m_dSatinWidth);
-  std::vector<unsigned char> scratch(static_cast<size_t>(img.width) * img.height, 0);
-  outline::AssemblyContext ctx;
-  ctx.width = img.width;
-  ctx.height = img.height;
-  ctx.satinWidth = m_dSatinWidth;
+  std::vector<sPoint> disc = BuildDiscTable(in.satinWidth);
+  std::vector<unsigned char> scratch(static_cast<size_t>(in.image.width) * in.image.height, 0);
+  AssemblyContext ctx;
+  ctx.width = in.image.width;
+  ctx.height = in.image.height;
+  ctx.satinWidth = in.satinWidth;
   ctx.disc = &disc;
   ctx.scratch = scratch.data();
-  outline::CPieceIndex index(pieces);
-  outline::AssembleRegions(stage.comps, pieces, index, ctx, m_listOutlineRegions);
+  CPieceIndex index(pieces);
+  AssembleRegions(stage.comps, pieces, index, ctx, regions.Items());
 
-  SortRegionSeq(m_listOutlineRegions);
-  SetOutlineColorIndex(m_listOutlineRegions);
+  SortRegions(regions.Items());
+  if (in.colors) TieToColors(regions.Items(), *in.colors);
+  return true;
+}
+
+}  // namespace outline
+
+int CPictrace::GetOutline4Cartoon2(double dParam, unsigned char** ppMask) {
+  const outline::OutlineInput in = outline::InputOf(*this);
+  if (!outline::Usable(in)) return 0;
+  pictrace::RegionList regions;
+  regions.Swap(m_listOutlineRegions);
+  regions.Clear();  // the old regions go before the new ones are built
+  outline::TraceRegions(in, dParam, ppMask, regions);
+  regions.Swap(m_listOutlineRegions);
   return 1;
 }

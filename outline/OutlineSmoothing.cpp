@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
+#include "outline/OutlineStage.h"
 #include "outline/PiecePairs.h"
 
 namespace {
@@ -28,28 +29,30 @@ i64 Dist2(const sPoint& a, const sPoint& b) {
 
 }  // namespace
 
-void CPictrace::SmoothOutlineVector(std::list<COutlineVector*>& listPieces, double dParam) {
+namespace outline {
+
+void SmoothPieces(std::list<COutlineVector*>& listPieces, double dParam) {
   std::vector<COutlineVector*> pieces(listPieces.begin(), listPieces.end());
   listPieces.clear();
-  std::vector<int> status = outline::ClassifyPieces(pieces);
+  std::vector<int> status = ClassifyPieces(pieces);
   const float tolerance = static_cast<float>(dParam);
 
   for (size_t k = 0; k < pieces.size(); k++) {
-    if (status[k] != outline::kPieceKept) continue;
+    if (status[k] != kPieceKept) continue;
     COutlineVector* p = pieces[k];
     int n = p->m_nPoints;
-    RemoveExtraPoint(p->m_pPoints, n);
+    RemoveExtraPoints(p->m_pPoints, n);
     sPoint* exact = new sPoint[n > 0 ? n : 1];
     if (n > 0) std::memcpy(exact, p->m_pPoints, sizeof(sPoint) * static_cast<size_t>(n));
     delete[] p->m_pPoints;
     p->m_pPoints = exact;
-    SmoothOutline(p->m_pPoints, n, tolerance);
+    SmoothChain(p->m_pPoints, n, tolerance);
     p->m_nPoints = n;
   }
 
   for (size_t k = 0; k < pieces.size(); k++) {
     COutlineVector* p = pieces[k];
-    if (status[k] == outline::kPieceDuplicate) {
+    if (status[k] == kPieceDuplicate) {
       delete p;
       continue;
     }
@@ -68,7 +71,7 @@ void CPictrace::SmoothOutlineVector(std::list<COutlineVector*>& listPieces, doub
   }
 }
 
-int CPictrace::RemoveExtraPoint(sPoint* pPoints, int& nPoints) {
+int RemoveExtraPoints(sPoint* pPoints, int& nPoints) {
   const int n = nPoints;
   if (n < 3 || !pPoints) return 1;
   const sPoint last = pPoints[n - 1];
@@ -102,7 +105,7 @@ int CPictrace::RemoveExtraPoint(sPoint* pPoints, int& nPoints) {
   return 1;
 }
 
-int CPictrace::SmoothOutline(sPoint* pPoints, int& nPoints, float fTolerance) {
+int SmoothChain(sPoint* pPoints, int& nPoints, float fTolerance) {
   const int n = nPoints;
   if (n < 3 || !pPoints) return 1;
   const double t = fTolerance;
@@ -141,4 +144,18 @@ int CPictrace::SmoothOutline(sPoint* pPoints, int& nPoints, float fTolerance) {
   pPoints[out++] = pPoints[j - 1];
   nPoints = out;
   return 1;
+}
+
+}  // namespace outline
+
+void CPictrace::SmoothOutlineVector(std::list<COutlineVector*>& listPieces, double dParam) {
+  outline::SmoothPieces(listPieces, dParam);
+}
+
+int CPictrace::RemoveExtraPoint(sPoint* pPoints, int& nPoints) {
+  return outline::RemoveExtraPoints(pPoints, nPoints);
+}
+
+int CPictrace::SmoothOutline(sPoint* pPoints, int& nPoints, float fTolerance) {
+  return outline::SmoothChain(pPoints, nPoints, fTolerance);
 }

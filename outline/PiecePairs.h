@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace outline {
 

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace outline {
 

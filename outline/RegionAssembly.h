@@ -5,7 +5,7 @@
 #include <list>
 #include <vector>
 
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "outline/PieceSearch.h"
 
 namespace outline {

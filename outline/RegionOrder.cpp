@@ -4,10 +4,14 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ColorDistance.h"
+#include "core/OutlineRecords.h"
 #include "outline/ExchangeSort.h"
-#include "outline/OutlineRecords.h"
+#include "outline/OutlineStage.h"
 
-int CPictrace::SortRegionSeq(std::list<COutlineRegion*>& listRegions) {
+namespace outline {
+
+int SortRegions(std::list<COutlineRegion*>& listRegions) {
   if (listRegions.empty()) return 0;
   std::vector<COutlineRegion*> regions(listRegions.begin(), listRegions.end());
   listRegions.clear();
@@ -31,26 +35,35 @@ int CPictrace::SortRegionSeq(std::list<COutlineRegion*>& listRegions) {
   // order them differently.
   std::vector<int> areas(regions.size());
   for (size_t k = 0; k < regions.size(); k++) areas[k] = regions[k]->m_nArea;
-  for (int k : outline::ExchangeSortOrder(areas)) listRegions.push_back(regions[k]);
+  for (int k : ExchangeSortOrder(areas)) listRegions.push_back(regions[k]);
   return 1;
 }
 
-void CPictrace::SetOutlineColorIndex(std::list<COutlineRegion*>& /*listRegions*/) {
-  // Always the engine's current list, whatever list is passed.
-  if (m_listOutlineRegions.empty() || m_arrColorList.GetSize() == 0) return;
-  for (COutlineRegion* r : m_listOutlineRegions) {
-    int red = GetRValue(r->m_crColor), green = GetGValue(r->m_crColor), blue = GetBValue(r->m_crColor);
+void TieToColors(std::list<COutlineRegion*>& regions, const CDWordArray& colors) {
+  if (regions.empty() || colors.GetSize() == 0) return;
+  for (COutlineRegion* r : regions) {
     int best = 10000000, index = -1;
-    for (INT_PTR k = 0; k < m_arrColorList.GetSize(); k++) {
-      DWORD c = m_arrColorList[k];
-      int dr = red - GetRValue(c), dg = green - GetGValue(c), db = blue - GetBValue(c);
-      int d = dr * dr + dg * dg + db * db;
+    for (INT_PTR k = 0; k < colors.GetSize(); k++) {
+      const int d = pictrace::SquaredDistance(r->m_crColor, colors[k]);
       if (d < best) {
         best = d;
         index = static_cast<int>(k);
       }
     }
     r->m_nColorIndex = index;
-    if (index >= 0) r->m_crColor = m_arrColorList[index];
+    if (index >= 0) r->m_crColor = colors[index];
   }
+}
+
+}  // namespace outline
+
+int CPictrace::SortRegionSeq(std::list<COutlineRegion*>& listRegions) {
+  return outline::SortRegions(listRegions);
+}
+
+void CPictrace::SetOutlineColorIndex(std::list<COutlineRegion*>& /*listRegions*/) {
+  // The engine's member keeps its contract: it always works on the current
+  // regions, whatever list is passed. Stages that hold a list of their own
+  // call TieToColors with it.
+  outline::TieToColors(m_listOutlineRegions, m_arrColorList);
 }

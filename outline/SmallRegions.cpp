@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "Pictrace.h"
-#include "outline/OutlineImage.h"
-#include "outline/OutlineRecords.h"
+#include "outline/OutlineStage.h"
+#include "core/OutlineRecords.h"
 #include "outline/SmallRegions.h"
 
 namespace outline {
@@ -20,24 +20,20 @@ int SmallRegionLimit(double minArea, int rectWidth, int rectHeight, int width, i
   return limit < 4 ? 4 : limit;
 }
 
-}  // namespace outline
-
-int CPictrace::RemoveSmallRegions(std::list<CConComponent*>& listComp, double dMinArea,
-                                  unsigned char* pMask) {
-  outline::WorkImage img;
-  if (!outline::GetWorkImage(*this, img)) return 0;
-  const int W = img.width, H = img.height;
+int RemoveSmallComponents(const OutlineInput& in, std::list<CConComponent*>& listComp, double dMinArea,
+                          unsigned char* pMask) {
+  if (!Usable(in)) return 0;
+  const int W = in.image.width, H = in.image.height;
+  int* const pHostMask = in.hostMask;
   // This step addresses rows by the header's image size; fall back to the
   // packed stride when the header leaves the size out.
-  int stride = static_cast<int>(m_bmiHeader.biSizeImage / static_cast<DWORD>(H));
-  if (stride < img.stride) stride = img.stride;
+  const size_t stride = in.headerStride < in.image.stride ? in.image.stride : in.headerStride;
 
-  const int limit = outline::SmallRegionLimit(dMinArea, m_rcImageReal.Width(),
-                                              m_rcImageReal.Height(), W, H);
+  const int limit = SmallRegionLimit(dMinArea, in.outputRect.Width(), in.outputRect.Height(), W, H);
   static const int dx[4] = {-1, 0, 0, 1};  // left, up, down, right
   static const int dy[4] = {0, -1, 1, 0};
   auto pixel = [&](int x, int y) {
-    return m_pWorkBits + static_cast<size_t>(y) * stride + 3 * static_cast<size_t>(x);
+    return in.image.bits + static_cast<size_t>(y) * stride + 3 * static_cast<size_t>(x);
   };
   auto index = [&](int x, int y) { return static_cast<size_t>(y) * W + x; };
   auto skipped = [&](int x, int y) {
@@ -58,7 +54,7 @@ int CPictrace::RemoveSmallRegions(std::list<CConComponent*>& listComp, double dM
       for (int k = 0; k < 4; k++) {
         int nx = p.x + dx[k], ny = p.y + dy[k];
         if (skipped(nx, ny)) continue;
-        replacement = outline::PixelColor(pixel(nx, ny));
+        replacement = PixelColor(pixel(nx, ny));
         if (replacement != comp->m_crColor) {
           found = true;
           break;
@@ -67,17 +63,17 @@ int CPictrace::RemoveSmallRegions(std::list<CConComponent*>& listComp, double dM
     }
     bool maskFound = false;
     int maskValue = 0;
-    if (!found && m_pMask) {
+    if (!found && pHostMask) {
       for (int i = 0; i < comp->m_nPoints && !maskFound; i++) {
         last = i;
         const sPoint& p = comp->m_pPoints[i];
-        int own = m_pMask[index(p.x, p.y)];
+        int own = pHostMask[index(p.x, p.y)];
         for (int k = 0; k < 4; k++) {
           int nx = p.x + dx[k], ny = p.y + dy[k];
           if (skipped(nx, ny)) continue;
-          if (m_pMask[index(nx, ny)] != own) {
+          if (pHostMask[index(nx, ny)] != own) {
             maskFound = true;
-            maskValue = m_pMask[index(nx, ny)];
+            maskValue = pHostMask[index(nx, ny)];
             break;
           }
         }
@@ -95,8 +91,15 @@ int CPictrace::RemoveSmallRegions(std::list<CConComponent*>& listComp, double dM
       // Deliberately the one pixel the searches ended on, not the pixel
       // being painted.
       if (pMask && !found && !maskFound) pMask[index(lp.x, lp.y)] = 2;
-      if (maskFound) m_pMask[index(lp.x, lp.y)] = maskValue;
+      if (maskFound) pHostMask[index(lp.x, lp.y)] = maskValue;
     }
   }
   return result;
+}
+
+}  // namespace outline
+
+int CPictrace::RemoveSmallRegions(std::list<CConComponent*>& listComp, double dMinArea,
+                                  unsigned char* pMask) {
+  return outline::RemoveSmallComponents(outline::InputOf(*this), listComp, dMinArea, pMask);
 }

@@ -14,7 +14,7 @@ bool DibFormat::Init(const BITMAPINFO* lpbmi, UINT colorUse) {
   if (h.biHeight == static_cast<LONG>(0x80000000u)) return false;
   m_nHeight = m_bTopDown ? -h.biHeight : h.biHeight;
   m_nBitCount = bits;
-  m_nStride = ((static_cast<std::size_t>(m_nWidth) * bits + 31) / 32) * 4;
+  m_nStride = static_cast<std::size_t>(DibRowBytes(m_nWidth, bits));
   m_pColors = nullptr;
   m_nColors = 0;
   m_nHeaderSize = sizeof(BITMAPINFOHEADER);

@@ -6,7 +6,7 @@
 CRasterDC::CRasterDC(int width, int height)
     : m_nWidth(width > 0 && height > 0 ? width : 0),
       m_nHeight(width > 0 && height > 0 ? height : 0),
-      m_nStride(((m_nWidth * 3 + 3) / 4) * 4),
+      m_nStride(static_cast<int>(DibRowBytes(m_nWidth, 24))),
       m_bits(static_cast<std::size_t>(m_nStride) * static_cast<std::size_t>(m_nHeight), 0xFF) {}
 
 CRasterDC::~CRasterDC() = default;

@@ -95,6 +95,12 @@ struct BITMAPINFO {
   RGBQUAD bmiColors[1];
 };
 
+// Bytes in one row of a DIB: rows are padded to whole 32-bit words. The one
+// place the padding rule is written.
+inline unsigned long long DibRowBytes(long long width, int bitCount) {
+  return static_cast<unsigned long long>((width * bitCount + 31) / 32) * 4;
+}
+
 static_assert(sizeof(BITMAPINFOHEADER) == 40, "BITMAPINFOHEADER is 40 bytes");
 static_assert(sizeof(BITMAPFILEHEADER) == 14, "BITMAPFILEHEADER is 14 bytes");
 

@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ImageView.h"
+#include "core/Progress.h"
 #include "segment/BlockScale.h"
 #include "segment/EdgeMap.h"
 #include "segment/GreedyMerge.h"
@@ -54,7 +56,7 @@ int CPictrace::GetBlockRegions() {
 
   // Sample planes (blue only for a grey picture), kept in the work buffers.
   const size_t n = static_cast<size_t>(w) * h;
-  const size_t stride = m_bmiHeader.biSizeImage / static_cast<DWORD>(h);
+  const size_t stride = pictrace::HeaderStride(m_bmiHeader);
   const int planes = IsGrayValued() ? 1 : 3;
   for (int c = 0; c < planes; c++) m_listWorkBuffers.push_back(SamplePlane(m_pWorkBits, stride, w, h, c));
   double* edge = new double[n]();
@@ -68,9 +70,10 @@ int CPictrace::GetBlockRegions() {
   long long count = count0;
   double step = kScaleStep, s = 1.0;
   RegionPositions positions(m_pRegionHead);  // for the whole stage
-  const double stageWeight = static_cast<double>(PT_WEIGHT_BLOCK) / m_fProgressTotal * 100.0;
+  const pictrace::Progress progress = JobProgress();
+  const double stageWeight = progress.Span(PT_WEIGHT_BLOCK);
   while (s <= s_nBlockScale && s_nBlockScale < kLastScale) {
-    ShowProgress(TruncProgress(m_fProgressPos + stageWeight * (1.0 - static_cast<double>(count) / count0)));
+    progress.ShowAt(stageWeight * (1.0 - static_cast<double>(count) / count0));
     const double d = s * s * std::sqrt(s);
     s_nBlockSizeLimit = BlockSizeLimitAt(s);
     if (positions.Live() * 2 < positions.Size()) {

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ImageView.h"
 #include "segment/ColorOrder.h"
 
 namespace {
@@ -33,7 +34,7 @@ int CPictrace::IsGrayValued() {
   if (!HasDIBData() || !m_pDIBBits) return 0;
   const int w = m_bmiHeader.biWidth, h = m_bmiHeader.biHeight;
   if (w <= 0 || h <= 0) return 1;
-  const size_t stride = m_bmiHeader.biSizeImage / static_cast<DWORD>(h);
+  const size_t stride = pictrace::HeaderStride(m_bmiHeader);
   for (int y = 0; y < h; y++) {
     const unsigned char* p = m_pDIBBits + static_cast<size_t>(y) * stride;
     for (int x = 0; x < w; x++, p += 3) {
@@ -51,7 +52,7 @@ int CPictrace::GetColorNumber(int& nColors, CDWordArray* pList) {
   // neighbours (not itself); ties go to the colour met first.
   std::vector<ColorCountEntry> table;
   if (w > 2 && h > 2) {
-    const size_t stride = m_bmiHeader.biSizeImage / static_cast<DWORD>(h);
+    const size_t stride = pictrace::HeaderStride(m_bmiHeader);
     const int dx[8] = {-1, -1, -1, 0, 0, 1, 1, 1};
     const int dy[8] = {-1, 0, 1, -1, 1, -1, 0, 1};
     size_t lastFound = 0;  // neighbouring pixels mostly vote alike

@@ -18,10 +18,3 @@ void SortByBrightness(std::vector<DWORD>& colors);
 // in the engine's own list it is filled once.
 void PublishColors(const std::vector<DWORD>& colors, CDWordArray* pList, CDWordArray& engineList);
 
-// Squared RGB distance of two packed colours.
-inline int PackedDistance(DWORD a, DWORD b) {
-  int dr = static_cast<int>(a & 0xFF) - static_cast<int>(b & 0xFF);
-  int dg = static_cast<int>((a >> 8) & 0xFF) - static_cast<int>((b >> 8) & 0xFF);
-  int db = static_cast<int>((a >> 16) & 0xFF) - static_cast<int>((b >> 16) & 0xFF);
-  return dr * dr + dg * dg + db * db;
-}

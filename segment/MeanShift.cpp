@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ImageView.h"
 #include "segment/ColorOrder.h"
 #include "segment/RegionGraph.h"
 #include "segment/SafeConvert.h"
@@ -128,7 +129,7 @@ void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
 
   // Every region takes the mode nearest to its mean (the first of equal
   // distances); the list keeps the modes not dropped as near-duplicates.
-  const size_t stride = m_bmiHeader.biSizeImage / static_cast<DWORD>(m_bmiHeader.biHeight);
+  const size_t stride = pictrace::HeaderStride(m_bmiHeader);
   const int w = m_bmiHeader.biWidth, h = m_bmiHeader.biHeight;
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
     int best = 0;

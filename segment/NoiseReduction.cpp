@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ImageView.h"
+#include "core/Progress.h"
 #include "segment/MumfordSystem.h"
 #include "segment/SparseSolve.h"
 
@@ -17,9 +19,8 @@ namespace {
 // describe the 24-bit buffers the engine holds.
 long long RowStride(const BITMAPINFOHEADER& h) {
   if (h.biWidth <= 0 || h.biHeight <= 0) return 0;
-  long long stride = static_cast<long long>(h.biSizeImage) / h.biHeight;
-  if (stride < 3LL * h.biWidth) return 0;
-  return stride;
+  const long long stride = static_cast<long long>(pictrace::HeaderStride(h));
+  return stride < 3LL * h.biWidth ? 0 : stride;
 }
 
 }  // namespace
@@ -81,7 +82,8 @@ int CPictrace::FiniteDifferenceLasMumfordU(double** ppPlanes, int nPlanes, doubl
   }
   std::vector<double> v(n), q(n), h(n);
 
-  const double stage = static_cast<double>(PT_WEIGHT_NOISE) / m_fProgressTotal * 100.0;
+  pictrace::Progress progress = JobProgress();
+  const double stage = progress.Span(PT_WEIGHT_NOISE);
   bool bFirstFill = true;
   for (int i = 1; i <= kMumfordRounds; i++) {
     MumfordEdgeField(uPtr.data(), nPlanes, width, height, dLambda, v.data());
@@ -96,10 +98,9 @@ int CPictrace::FiniteDifferenceLasMumfordU(double** ppPlanes, int nPlanes, doubl
       for (int k = 0; k < n; k++) h[k] = kMumfordBeta * f[k];
       SolveBiCGSTAB(a, u[c].data(), h.data(), kMumfordSolverSteps, kMumfordSolverAccuracy);
     }
-    ShowProgress(static_cast<int>(m_fProgressPos + stage * i / kMumfordRounds));
+    progress.ShowAt(stage * i / kMumfordRounds);
   }
-  m_fProgressPos = static_cast<float>(m_fProgressPos + stage);
-  ShowProgress(static_cast<int>(static_cast<double>(m_fProgressPos) + static_cast<double>(0.1f)));
+  progress.EndStage(PT_WEIGHT_NOISE);
 
   // Written whether or not the solver reached its accuracy; a grey image's
   // single plane goes to all three bytes.

@@ -3,6 +3,8 @@
 #include <cmath>
 
 #include "Pictrace.h"
+#include "core/ImageView.h"
+#include "core/Progress.h"
 #include "segment/BlockScale.h"
 #include "segment/GreedyMerge.h"
 #include "segment/MergeIndex.h"
@@ -39,17 +41,17 @@ void CPictrace::PyramidAlgo() {
   else if (!GetBlockRegions())
     return;
 
-  m_fProgressPos = static_cast<float>(m_fProgressPos + static_cast<double>(PT_WEIGHT_BLOCK) / m_fProgressTotal * 100.0);
-  ShowProgress(TruncProgress(m_fProgressPos + static_cast<double>(0.1f)));
+  pictrace::Progress progress = JobProgress();
+  progress.EndStage(PT_WEIGHT_BLOCK);
 
   // With the default threshold of 10 this loop does not run: only low
   // sensitivities, whose threshold minus 20 reaches the block scale, merge
   // further.
   RegionPositions positions(m_pRegionHead);  // for the whole stage
-  const double stageWeight = static_cast<double>(PT_WEIGHT_PYRAMID) / m_fProgressTotal * 100.0;
+  const double stageWeight = progress.Span(PT_WEIGHT_PYRAMID);
   const double lastScale = static_cast<double>(m_nSegmentThreshold) - kThresholdOffset;
   for (double t = s_nBlockScale; t <= lastScale; t += kPyramidStep) {
-    ShowProgress(TruncProgress(m_fProgressPos + stageWeight * t / m_nSegmentThreshold));
+    progress.ShowAt(stageWeight * t / m_nSegmentThreshold);
     const double d = t * t * std::sqrt(t);
     RemovingDecrease(d);
     if (positions.Live() * 2 < positions.Size()) positions = RegionPositions(m_pRegionHead);
@@ -61,7 +63,7 @@ void CPictrace::PyramidAlgo() {
   }
 
   // Every pixel takes its region's mean, truncated.
-  const size_t stride = (static_cast<size_t>(w) * 3 + 3) / 4 * 4;
+  const size_t stride = pictrace::Stride24(w);
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
     const int b = TruncLowByte(r->m_fBlue), g = TruncLowByte(r->m_fGreen), red = TruncLowByte(r->m_fRed);
     for (RegionPixel* p = r->m_pPixelHead; p; p = p->m_pNext) {
@@ -73,6 +75,5 @@ void CPictrace::PyramidAlgo() {
     }
   }
 
-  m_fProgressPos = static_cast<float>(m_fProgressPos + static_cast<double>(PT_WEIGHT_PYRAMID) / m_fProgressTotal * 100.0);
-  ShowProgress(TruncProgress(m_fProgressPos + static_cast<double>(0.1f)));
+  progress.EndStage(PT_WEIGHT_PYRAMID);
 }

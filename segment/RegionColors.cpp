@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/ColorDistance.h"
+#include "core/OutlineRecords.h"
 #include "segment/ColorOrder.h"
 
 namespace {
@@ -40,7 +41,7 @@ void CPictrace::GetColorListFromRegion(int& nColors, CDWordArray* pList) {
   std::vector<bool> removed(colors.size(), false);
   for (size_t i = 0; i < colors.size(); i++)
     for (size_t j = i + 1; j < colors.size(); j++)
-      if (PackedDistance(colors[i], colors[j]) < limit) removed[j] = true;
+      if (pictrace::SquaredDistance(colors[i], colors[j]) < limit) removed[j] = true;
 
   std::vector<DWORD> kept;
   for (size_t i = 0; i < colors.size(); i++)

@@ -10,8 +10,3 @@ inline int TruncLowByte(double v) {
   return static_cast<int>(v) & 0xFF;
 }
 
-// Truncation of a progress position; out-of-range values give 0.
-inline int TruncProgress(double v) {
-  if (!(v >= 0.0 && v < 2147483648.0)) return 0;
-  return static_cast<int>(v);
-}

@@ -3,6 +3,8 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ColorDistance.h"
+#include "core/ImageView.h"
 #include "segment/EdgeMap.h"
 #include "segment/RegionGraph.h"
 
@@ -35,7 +37,7 @@ int CPictrace::SetupGraph(unsigned char* pBits, double* pEdge) {
   m_pRegionHead = nullptr;
 
   const size_t n = static_cast<size_t>(w) * h;
-  const size_t stride = (static_cast<size_t>(w) * 3 + 3) / 4 * 4;
+  const size_t stride = pictrace::Stride24(w);
 
   // The edge map is indexed x * H + y; both walks below go in pixel order,
   // so its two tests are taken once per pixel into a map indexed y * W + x:
@@ -80,8 +82,7 @@ int CPictrace::SetupGraph(unsigned char* pBits, double* pEdge) {
           std::int32_t& ql = label[static_cast<size_t>(qy) * w + qx];
           if (ql != -1) continue;
           const unsigned char* q = pBits + static_cast<size_t>(qy) * stride + 3 * static_cast<size_t>(qx);
-          int db = b0 - q[0], dg = g0 - q[1], dr = r0 - q[2];
-          int dist = db * db + dg * dg + dr * dr;
+          int dist = pictrace::SquaredDistance(r0, g0, b0, q[2], q[1], q[0]);
           int limit = (edgeTest[static_cast<size_t>(qy) * w + qx] & kOnEdge) ? kJoinLimitOnEdge : kJoinLimit;
           if (dist >= limit) continue;
           ql = r;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ColorDistance.h"
 
 namespace {
 
@@ -90,10 +91,7 @@ void CPictrace::GetNearestThreadColor(DWORD& color, int nMode, int* pUsed) {
     for (int i = 0; i < m_nThreadColorCount; i++) {
       if (nMode == 3 && once && pUsed[i]) continue;
       DWORD t = m_pThreadColors[i];
-      int dr = GetRValue(color) - GetRValue(t);
-      int dg = GetGValue(color) - GetGValue(t);
-      int db = GetBValue(color) - GetBValue(t);
-      int d = dr * dr + dg * dg + db * db;
+      int d = pictrace::SquaredDistance(color, t);
       if (d < bestDist) {
         bestDist = d;
         best = i;

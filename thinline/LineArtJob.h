@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace pictrace {
 namespace thinline {

@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "thinline/ChainTracer.h"
 #include "thinline/LineLength.h"
 #include "thinline/PixelAccess.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 using namespace pictrace::thinline;
 

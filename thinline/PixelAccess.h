@@ -3,6 +3,7 @@
 #pragma once
 
 #include "AfxWin.h"
+#include "core/ImageView.h"
 
 namespace pictrace {
 namespace thinline {
@@ -13,7 +14,7 @@ constexpr int kDirX[8] = {1, 1, 0, -1, -1, -1, 0, 1};
 constexpr int kDirY[8] = {0, 1, 1, 1, 0, -1, -1, -1};
 
 // Bytes per row of a 24-bit picture, padded to a multiple of four.
-inline long Stride24(int width) { return ((static_cast<long>(width) * 3 + 3) / 4) * 4; }
+inline long Stride24(int width) { return static_cast<long>(pictrace::Stride24(width)); }
 
 inline bool Inside(int x, int y, int width, int height) {
   return x >= 0 && y >= 0 && x < width && y < height;

@@ -7,7 +7,7 @@
 
 #include "Pictrace.h"
 #include "thinline/ThinLineOrder.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 using namespace pictrace::thinline;
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Pictrace.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 namespace pictrace {
 namespace thinline {

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "Pictrace.h"
-#include "engine/OutputMapping.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutputMapping.h"
+#include "core/OutlineRecords.h"
 #include "thinline/ThinLineOrder.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 using namespace pictrace::thinline;
 

@@ -5,7 +5,7 @@
 #include <new>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "thinline/PixelAccess.h"
 
 namespace pictrace {

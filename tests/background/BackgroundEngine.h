@@ -9,7 +9,7 @@
 
 #include "Pictrace.h"
 #include "common/TestImages.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 class BackgroundEngine : public CPictrace {
  public:

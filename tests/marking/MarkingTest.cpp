@@ -5,8 +5,8 @@
 
 #include "Pictrace.h"
 #include "common/TestImages.h"
-#include "outline/OutlineRecords.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/OutlineRecords.h"
+#include "core/ThinLineRecords.h"
 
 namespace {
 

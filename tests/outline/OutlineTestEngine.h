@@ -8,7 +8,7 @@
 
 #include "Pictrace.h"
 #include "common/TestImages.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 class OutlineEngine : public CPictrace {
  public:

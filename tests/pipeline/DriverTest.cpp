@@ -7,7 +7,7 @@
 #include <set>
 
 #include "common/TestImages.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace {
 

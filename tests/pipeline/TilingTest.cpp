@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "common/TestImages.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "output/CurveDistance.h"
 #include "pipeline/RegionRaster.h"
 

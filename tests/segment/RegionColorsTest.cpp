@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "SegEngine.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 
 #include "Pictrace.h"
 #include "common/TestImages.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "thinline/LineArtJob.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <cmath>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "thinline/AsciiPicture.h"
 #include "thinline/LineLength.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 using namespace thintest;
 

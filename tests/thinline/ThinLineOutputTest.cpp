@@ -5,9 +5,9 @@
 
 #include "Pictrace.h"
 #include "RasterDC.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "thinline/AsciiPicture.h"
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 using namespace thintest;
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 #include "thinline/AsciiPicture.h"
 
 using namespace thintest;

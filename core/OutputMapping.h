@@ -4,7 +4,7 @@
 #pragma once
 
 #include "Pictrace.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 namespace pictrace {
 namespace engine {

@@ -1,4 +1,4 @@
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
-#include "thinline/ThinLineRecords.h"
+#include "core/ThinLineRecords.h"
 
 #include "PTResults.h"
-#include "outline/OutlineRecords.h"
+#include "core/OutlineRecords.h"
 
 COutlineThinline::COutlineThinline()
     : m_nLineID(0),
