@@ -2,6 +2,7 @@
 // boundary pieces, and outline regions with their holes.
 #pragma once
 
+#include "core/NoCopy.h"
 #include "AfxWin.h"
 
 class CPTPolygon;
@@ -16,12 +17,10 @@ inline bool operator==(const sPoint& a, const sPoint& b) { return a.x == b.x && 
 inline bool operator!=(const sPoint& a, const sPoint& b) { return !(a == b); }
 
 // One 4-connected component of exactly equal colour.
-class CConComponent {
+class CConComponent : private pictrace::NoCopy {
  public:
   CConComponent();
   ~CConComponent();
-  CConComponent(const CConComponent&) = delete;
-  CConComponent& operator=(const CConComponent&) = delete;
 
   int m_nIndex;        // position in the list after numbering; -1 before
   sPoint* m_pPoints;   // pixels in flood-fill order, seed first; owned
@@ -32,12 +31,10 @@ class CConComponent {
 
 // One traced boundary piece on the pixel-corner grid. The fields after
 // m_nRawPoints are used when the piece holds the raw chain of a thin line.
-class COutlineVector {
+class COutlineVector : private pictrace::NoCopy {
  public:
   COutlineVector();
   ~COutlineVector();
-  COutlineVector(const COutlineVector&) = delete;
-  COutlineVector& operator=(const COutlineVector&) = delete;
 
   int m_nRegion;    // the traced component; -1 after construction
   int m_nNeighbor;  // the component across the first step; -1 on the frame or once consumed
@@ -54,12 +51,10 @@ class COutlineVector {
 };
 
 // One hole of an outline region.
-class CHole {
+class CHole : private pictrace::NoCopy {
  public:
   CHole();
   ~CHole();
-  CHole(const CHole&) = delete;
-  CHole& operator=(const CHole&) = delete;
 
   sPoint* m_pPoints;     // reduced chain; owned
   sPoint* m_pRawPoints;  // unreduced chain; owned
@@ -72,11 +67,10 @@ class CHole {
 // Constructed with colour index -1 and everything else zero or null.
 // Assignment is a deep copy (chains, holes, component and output polygons
 // are duplicated), so that a stored copy shares nothing with the original.
-class COutlineRegion {
+class COutlineRegion : private pictrace::NoCopy {
  public:
   COutlineRegion();
   ~COutlineRegion();
-  COutlineRegion(const COutlineRegion&) = delete;
   COutlineRegion& operator=(const COutlineRegion& src);
 
   BYTE m_bNarrow;      // too thin for the satin disc and elongated

@@ -1,18 +1,17 @@
 // One traced centre line of line art, with its place in the line tree.
 #pragma once
 
+#include "core/NoCopy.h"
 #include "AfxWin.h"
 
 struct sPoint;
 class COutlineVector;
 class CPTPolygonLine;
 
-class COutlineThinline {
+class COutlineThinline : private pictrace::NoCopy {
  public:
   COutlineThinline();
   ~COutlineThinline();
-  COutlineThinline(const COutlineThinline&) = delete;
-  COutlineThinline& operator=(const COutlineThinline&) = delete;
 
   int m_nLineID;           // running number over all colours
   int m_nColorIndex;       // index into m_arrLineColors; -1 at construction

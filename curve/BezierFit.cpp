@@ -15,13 +15,9 @@ namespace {
 
 using curve::Cubic;
 using curve::Vec2;
-
-// Raw outlines guide the fit by a smoothing over eight points on each side.
-const int kSmoothHalf = 8;
-// Tangent windows at the cuts of a closed chain grow to an eighth of the
-// shorter half, up to eight times the base window.
-const int kWindowDivisor = 8;
-const int kWindowGrowth = 8;
+using curve::kSmoothHalf;
+using curve::kWindowDivisor;
+using curve::kWindowGrowth;
 
 struct Piece {
   Cubic cubic;

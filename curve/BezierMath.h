@@ -3,8 +3,7 @@
 
 #include <cmath>
 
-namespace pictrace {
-namespace curve {
+namespace pictrace::curve {
 
 struct Vec2 {
   double x = 0.0;
@@ -61,5 +60,4 @@ inline Vec2 CubicSecondDerivative(const Cubic& c, double t) {
          (c.p[3] - c.p[2] * 2.0 + c.p[1]) * (6.0 * t);
 }
 
-}  // namespace curve
-}  // namespace pictrace
+}  // namespace pictrace::curve

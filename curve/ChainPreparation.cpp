@@ -7,30 +7,7 @@
 
 #include "curve/FitStages.h"
 
-namespace pictrace {
-namespace curve {
-
-namespace {
-
-// A raw outline's corners are found on a polygon that follows the staircase
-// within 1.5 pixels (loose enough to pass over the irregular steps of
-// anti-aliased edges); a corner must stand out from that polygon's chord by
-// at least 2.25 pixels, which rounds the blunt bends of small discs.
-const double kRawPolygonTolerance = 1.5;
-const double kRawMinSagitta = 2.25;
-// Polygon edges shorter than this may be the cut-off tip of a corner: turns
-// are judged across them.
-const double kRawShortEdge = 3.5;
-// Tangents of raw outlines are taken over four steps on each side.
-const int kRawWindow = 4;
-// Vertex chains are sampled along their edges at a quarter of the tolerance,
-// and tangents are taken over four tolerances of path.
-const double kSampleFraction = 0.25;
-const double kVertexWindowLength = 4.0;
-// A very long edge is not sampled finer than this.
-const int kMaxSamplesPerEdge = 4096;
-
-}  // namespace
+namespace pictrace::curve {
 
 // Drops points that repeat their predecessor, and the closing repeat of a
 // closed chain.
@@ -84,5 +61,4 @@ void PrepareVertexChain(const std::vector<Vec2>& vertices, bool closed, double t
   for (int v : cornerVertices) prep.corners.push_back(sampleOf[v]);
 }
 
-}  // namespace curve
-}  // namespace pictrace
+}  // namespace pictrace::curve

@@ -5,8 +5,7 @@
 
 #include "curve/FitStages.h"
 
-namespace pictrace {
-namespace curve {
+namespace pictrace::curve {
 
 namespace {
 
@@ -42,5 +41,4 @@ std::vector<Vec2> SmoothRun(const std::vector<Vec2>& pts, bool bClosed, int nHal
   return s;
 }
 
-}  // namespace curve
-}  // namespace pictrace
+}  // namespace pictrace::curve

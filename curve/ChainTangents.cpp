@@ -6,8 +6,7 @@
 
 #include "curve/FitStages.h"
 
-namespace pictrace {
-namespace curve {
+namespace pictrace::curve {
 
 namespace {
 
@@ -51,5 +50,4 @@ bool RunIsStraight(const Vec2* pts, int n, double dTolerance) {
   return true;
 }
 
-}  // namespace curve
-}  // namespace pictrace
+}  // namespace pictrace::curve

@@ -7,16 +7,10 @@
 
 #include "curve/FitStages.h"
 
-namespace pictrace {
-namespace curve {
+namespace pictrace::curve {
 
 namespace {
 
-// cos(55 degrees): a turn steeper than this may be a corner.
-const double kCornerCos = 0.5735764363510461;
-// A corner may move this many chain points to its best place.
-const int kRefineReach = 3;
-const double kTipFlatness = 0.25;
 
 // Douglas-Peucker between the fixed ends a and b of pts (b may equal
 // pts.size() on a closed chain, meaning point 0 again); marks kept vertices.
@@ -175,5 +169,4 @@ std::vector<int> SelectCorners(const std::vector<Vec2>& pts, const std::vector<i
   return corners;
 }
 
-}  // namespace curve
-}  // namespace pictrace
+}  // namespace pictrace::curve

@@ -6,19 +6,10 @@
 
 #include "curve/FitStages.h"
 
-namespace pictrace {
-namespace curve {
+namespace pictrace::curve {
 
 namespace {
 
-const int kReparamRounds = 6;
-// The tangent window at a split grows to this fraction of the shorter side,
-// up to this multiple of the base window.
-const int kWindowDivisor = 8;
-const int kWindowGrowth = 8;
-// A run that misses the tolerance by more than this factor is halved rather
-// than split at its worst point.
-const double kFarMiss = 1.5;
 
 struct RunFit {
   Cubic cubic;
@@ -202,5 +193,4 @@ void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double 
   for (const Done& d : merged) out.push_back(d.cubic);
 }
 
-}  // namespace curve
-}  // namespace pictrace
+}  // namespace pictrace::curve

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "curve/BezierMath.h"
+#include "curve/FitTuning.h"
 
-namespace pictrace {
-namespace curve {
+namespace pictrace::curve {
 
 // A chain made ready for the fit: the points the curve must follow and
 // which of them are corners.
@@ -89,5 +89,4 @@ Vec2 TuneTangent(const std::vector<std::function<double(Vec2)>>& sides, Vec2 est
 void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double dTolerance,
             int nWindow, std::vector<Cubic>& out);
 
-}  // namespace curve
-}  // namespace pictrace
+}  // namespace pictrace::curve

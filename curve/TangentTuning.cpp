@@ -5,19 +5,7 @@
 
 #include "curve/FitStages.h"
 
-namespace pictrace {
-namespace curve {
-
-namespace {
-
-// The estimate is turned by up to atan(0.35), about 19 degrees, in at most
-// this many golden-section probes.
-const double kTuneRange = 0.35;
-const int kTuneProbes = 14;
-// Only sides that miss the tolerance by this factor or less count.
-const double kTuneReach = 1.5;
-
-}  // namespace
+namespace pictrace::curve {
 
 Vec2 TuneTangent(const std::vector<std::function<double(Vec2)>>& sides, Vec2 estimate,
                  double dTolerance) {
@@ -76,5 +64,4 @@ Vec2 TuneTangent(const std::vector<std::function<double(Vec2)>>& sides, Vec2 est
   return bestT;
 }
 
-}  // namespace curve
-}  // namespace pictrace
+}  // namespace pictrace::curve

@@ -5,12 +5,13 @@
 
 #include <vector>
 
+#include "core/NoCopy.h"
 #include "AfxWin.h"
 #include "core/OutlineRecords.h"
 
 namespace outline {
 
-class COutlineHitTest {
+class COutlineHitTest : private pictrace::NoCopy {
  public:
   COutlineHitTest(const sPoint* points, int n) {
     if (!points || n <= 0) return;
@@ -18,8 +19,6 @@ class COutlineHitTest {
     for (int k = 0; k < n; k++) pts[k] = POINT{points[k].x, points[k].y};
     m_bValid = m_rgn.CreatePolygonRgn(pts.data(), n, ALTERNATE) != FALSE;
   }
-  COutlineHitTest(const COutlineHitTest&) = delete;
-  COutlineHitTest& operator=(const COutlineHitTest&) = delete;
 
   bool Contains(const sPoint& pt) const { return m_bValid && m_rgn.PtInRegion(pt.x, pt.y) != FALSE; }
 

@@ -159,6 +159,7 @@ class PICTRACE_API CBrush : public CGdiObject {
   void CopyAttributes(const CBrush& src);
 
  protected:
+  BOOL Create(UINT nStyle, int nHatch, COLORREF crColor);
   void Reset() override;
 };
 

@@ -1,6 +1,8 @@
 // The device context's state: selected objects, mix, fill, background and
 // stretch modes. The base class has no surface: its rendering hooks accept
 // every request and paint nothing.
+#include <utility>
+
 #include "AfxGdi.h"
 
 CDC::CDC() : m_hDC(this) {
@@ -34,36 +36,26 @@ CBrush* CDC::SelectObject(CBrush* pBrush) {
 // a value GDI does not know.
 int CDC::SetROP2(int nDrawMode) {
   if (nDrawMode < R2_BLACK || nDrawMode > R2_WHITE) return 0;
-  int previous = m_nROP2;
-  m_nROP2 = nDrawMode;
-  return previous;
+  return std::exchange(m_nROP2, nDrawMode);
 }
 
 int CDC::SetPolyFillMode(int nPolyFillMode) {
   if (nPolyFillMode != ALTERNATE && nPolyFillMode != WINDING) return 0;
-  int previous = m_nPolyFillMode;
-  m_nPolyFillMode = nPolyFillMode;
-  return previous;
+  return std::exchange(m_nPolyFillMode, nPolyFillMode);
 }
 
 int CDC::SetBkMode(int nBkMode) {
   if (nBkMode != TRANSPARENT && nBkMode != OPAQUE) return 0;
-  int previous = m_nBkMode;
-  m_nBkMode = nBkMode;
-  return previous;
+  return std::exchange(m_nBkMode, nBkMode);
 }
 
 COLORREF CDC::SetBkColor(COLORREF crColor) {
-  COLORREF previous = m_crBkColor;
-  m_crBkColor = crColor & 0x00FFFFFFu;
-  return previous;
+  return std::exchange(m_crBkColor, crColor & 0x00FFFFFFu);
 }
 
 int CDC::SetStretchBltMode(int nStretchMode) {
   if (nStretchMode < BLACKONWHITE || nStretchMode > HALFTONE) return 0;
-  int previous = m_nStretchMode;
-  m_nStretchMode = nStretchMode;
-  return previous;
+  return std::exchange(m_nStretchMode, nStretchMode);
 }
 
 COLORREF CDC::GetPixel(int, int) const { return CLR_INVALID; }

@@ -103,20 +103,19 @@ CBrush::CBrush(COLORREF crColor) { CreateSolidBrush(crColor); }
 
 CBrush::CBrush(int nIndex, COLORREF crColor) { CreateHatchBrush(nIndex, crColor); }
 
-BOOL CBrush::CreateSolidBrush(COLORREF crColor) {
-  if (m_bCreated) return FALSE;
-  m_nStyle = BS_SOLID;
-  m_nHatch = 0;
-  m_crColor = crColor & 0x00FFFFFFu;
-  m_bCreated = true;
-  return TRUE;
-}
+BOOL CBrush::CreateSolidBrush(COLORREF crColor) { return Create(BS_SOLID, 0, crColor & 0x00FFFFFFu); }
 
 BOOL CBrush::CreateHatchBrush(int nIndex, COLORREF crColor) {
-  if (m_bCreated || nIndex < HS_HORIZONTAL || nIndex > HS_DIAGCROSS) return FALSE;
-  m_nStyle = BS_HATCHED;
-  m_nHatch = nIndex;
-  m_crColor = crColor & 0x00FFFFFFu;
+  if (nIndex < HS_HORIZONTAL || nIndex > HS_DIAGCROSS) return FALSE;
+  return Create(BS_HATCHED, nIndex, crColor & 0x00FFFFFFu);
+}
+
+// A brush is created once; later calls leave it as it is.
+BOOL CBrush::Create(UINT nStyle, int nHatch, COLORREF crColor) {
+  if (m_bCreated) return FALSE;
+  m_nStyle = nStyle;
+  m_nHatch = nHatch;
+  m_crColor = crColor;
   m_bCreated = true;
   return TRUE;
 }
@@ -126,13 +125,7 @@ BOOL CBrush::CreateBrushIndirect(const LOGBRUSH* lpLogBrush) {
   switch (lpLogBrush->lbStyle) {
     case BS_SOLID: return CreateSolidBrush(lpLogBrush->lbColor);
     case BS_HATCHED: return CreateHatchBrush(static_cast<int>(lpLogBrush->lbHatch), lpLogBrush->lbColor);
-    case BS_NULL:
-      if (m_bCreated) return FALSE;
-      m_nStyle = BS_NULL;
-      m_nHatch = 0;
-      m_crColor = 0;
-      m_bCreated = true;
-      return TRUE;
+    case BS_NULL: return Create(BS_NULL, 0, 0);
     default: return FALSE;
   }
 }

@@ -143,13 +143,7 @@ void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
       }
     }
     const int b = TruncLowByte(modeB[best]), g = TruncLowByte(modeG[best]), rr = TruncLowByte(modeR[best]);
-    for (RegionPixel* p = r->m_pPixelHead; p; p = p->m_pNext) {
-      if (p->x < 0 || p->x >= w || p->y < 0 || p->y >= h) continue;  // not of this picture
-      unsigned char* px = m_pWorkBits + static_cast<size_t>(p->y) * stride + 3 * static_cast<size_t>(p->x);
-      px[0] = static_cast<unsigned char>(b);
-      px[1] = static_cast<unsigned char>(g);
-      px[2] = static_cast<unsigned char>(rr);
-    }
+    PaintRegion(r, m_pWorkBits, stride, w, h, b, g, rr);
   }
 
   if (pList) {

@@ -10,12 +10,12 @@
 #include <thread>
 #include <vector>
 
-class NodePool {
+#include "core/NoCopy.h"
+
+class NodePool : private pictrace::NoCopy {
  public:
   explicit NodePool(std::size_t nodeSize, std::size_t nodesPerChunk = 32768);
   ~NodePool();
-  NodePool(const NodePool&) = delete;
-  NodePool& operator=(const NodePool&) = delete;
 
   void* Allocate();
   void Release(void* p);

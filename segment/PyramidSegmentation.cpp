@@ -66,13 +66,7 @@ void CPictrace::PyramidAlgo() {
   const size_t stride = pictrace::Stride24(w);
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
     const int b = TruncLowByte(r->m_fBlue), g = TruncLowByte(r->m_fGreen), red = TruncLowByte(r->m_fRed);
-    for (RegionPixel* p = r->m_pPixelHead; p; p = p->m_pNext) {
-      if (p->x < 0 || p->x >= w || p->y < 0 || p->y >= h) continue;  // not of this picture
-      unsigned char* px = m_pWorkBits + static_cast<size_t>(p->y) * stride + 3 * static_cast<size_t>(p->x);
-      px[0] = static_cast<unsigned char>(b);
-      px[1] = static_cast<unsigned char>(g);
-      px[2] = static_cast<unsigned char>(red);
-    }
+    PaintRegion(r, m_pWorkBits, stride, w, h, b, g, red);
   }
 
   progress.EndStage(PT_WEIGHT_PYRAMID);

@@ -146,3 +146,14 @@ void DeleteSnapshotList(CRegionSnapshot* pHead) {
 static_assert(sizeof(void*) != 8 || sizeof(RegionPixel) == 16, "RegionPixel layout");
 static_assert(sizeof(void*) != 8 || sizeof(CNodeNeighbor) == 24, "CNodeNeighbor layout");
 static_assert(sizeof(void*) != 8 || sizeof(CRegion) == 72, "CRegion layout");
+
+void PaintRegion(const CRegion* r, unsigned char* bits, size_t stride, int w, int h, int blue,
+                 int green, int red) {
+  for (RegionPixel* p = r->m_pPixelHead; p; p = p->m_pNext) {
+    if (p->x < 0 || p->x >= w || p->y < 0 || p->y >= h) continue;  // not of this picture
+    unsigned char* px = bits + static_cast<size_t>(p->y) * stride + 3 * static_cast<size_t>(p->x);
+    px[0] = static_cast<unsigned char>(blue);
+    px[1] = static_cast<unsigned char>(green);
+    px[2] = static_cast<unsigned char>(red);
+  }
+}

@@ -2,6 +2,7 @@
 // intrusive pixel and link lists, and the snapshot of the block stage.
 #pragma once
 
+#include "core/NoCopy.h"
 #include "AfxWin.h"
 #include "segment/NodePool.h"
 
@@ -27,12 +28,10 @@ class CNodeNeighbor {
 
 // One node of the region graph. It owns its pixel nodes and its outgoing
 // links; the engine's region list owns the regions.
-class CRegion {
+class CRegion : private pictrace::NoCopy {
  public:
   CRegion();
   ~CRegion();
-  CRegion(const CRegion&) = delete;
-  CRegion& operator=(const CRegion&) = delete;
 
   float m_fDecrease;  // lowest negative merge value among the links, or 0
   CRegion* m_pNext;
@@ -105,5 +104,10 @@ inline void AppendRegion(CRegion*& pHead, CRegion*& pLast, CRegion* pRegion) {
 
 // Frees a whole region list, reading each successor before deleting.
 void DeleteRegionList(CRegion* pHead);
+
+// Writes one colour (blue, green, red) into every pixel of the region that
+// lies in the w x h picture.
+void PaintRegion(const CRegion* r, unsigned char* bits, size_t stride, int w, int h, int blue,
+                 int green, int red);
 // Frees a whole snapshot list with its links and pixel arrays.
 void DeleteSnapshotList(CRegionSnapshot* pHead);

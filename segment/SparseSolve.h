@@ -5,6 +5,8 @@
 
 #include <memory>
 
+#include "core/NoCopy.h"
+
 namespace pictrace {
 
 struct SparseRowMatrixImpl;
@@ -13,12 +15,10 @@ struct SparseRowMatrixImpl;
 // lengths; afterwards every entry of every row is set by its slot number,
 // and refilling the same slots with new values keeps the structure. Within
 // a row the entries must be set in ascending column order the first time.
-class SparseRowMatrix {
+class SparseRowMatrix : private pictrace::NoCopy {
  public:
   SparseRowMatrix();
   ~SparseRowMatrix();
-  SparseRowMatrix(const SparseRowMatrix&) = delete;
-  SparseRowMatrix& operator=(const SparseRowMatrix&) = delete;
 
   // Sizes the matrix to n x n with rowLengths[r] entries in row r (0-based).
   // Returns false (and leaves the matrix empty) for a negative size or

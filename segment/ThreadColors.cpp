@@ -110,30 +110,31 @@ void CPictrace::SetNearestThreadLineColorList(int nMode) {
   FillNearestList(*this, m_arrLineColors, m_arrNearestLineColors, nMode, m_nThreadColorCount);
 }
 
-void CPictrace::GetNearestThreadColorFromList(DWORD& color) {
-  for (INT_PTR i = 0; i < m_arrColorList.GetSize(); i++) {
-    if (m_arrColorList[i] == color) {
-      if (i < m_arrNearestColors.GetSize()) {
-        color = m_arrNearestColors[i];
-        return;
-      }
-      break;  // no nearest list made for it yet: match it afresh
-    }
+namespace {
+
+// The thread colour made for a list colour: the nearest list's entry at the
+// colour's first place in the list. False when the colour is not listed or
+// no nearest list was made for it yet.
+bool LookUpNearest(const CDWordArray& list, const CDWordArray& nearest, DWORD& color) {
+  for (INT_PTR i = 0; i < list.GetSize(); i++) {
+    if (list[i] != color) continue;
+    if (i >= nearest.GetSize()) return false;
+    color = nearest[i];
+    return true;
   }
-  GetNearestThreadColor(color, m_nThreadColorMode, nullptr);
+  return false;
+}
+
+}  // namespace
+
+void CPictrace::GetNearestThreadColorFromList(DWORD& color) {
+  if (!LookUpNearest(m_arrColorList, m_arrNearestColors, color))
+    GetNearestThreadColor(color, m_nThreadColorMode, nullptr);
 }
 
 void CPictrace::GetNearestThreadLineColorFromList(DWORD& color) {
-  for (INT_PTR i = 0; i < m_arrLineColors.GetSize(); i++) {
-    if (m_arrLineColors[i] == color) {
-      if (i < m_arrNearestLineColors.GetSize()) {
-        color = m_arrNearestLineColors[i];
-        return;
-      }
-      break;
-    }
-  }
-  GetNearestThreadColor(color, m_nThreadColorMode, nullptr);
+  if (!LookUpNearest(m_arrLineColors, m_arrNearestLineColors, color))
+    GetNearestThreadColor(color, m_nThreadColorMode, nullptr);
 }
 
 void CPictrace::GetColorList(short* pnCount, DWORD** ppColors, unsigned char nType) {
