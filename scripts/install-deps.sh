@@ -6,7 +6,7 @@ PKGS=(cmake g++ make ninja-build pkg-config
       googletest libgtest-dev libgmock-dev libbenchmark-dev
       libcairo2-dev libpng-dev libjpeg-dev
       libcli11-dev nlohmann-json3-dev libeigen3-dev
-      librsvg2-bin)
+      librsvg2-bin python3-minimal)
 missing=()
 for p in "${PKGS[@]}"; do
   dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")
