@@ -10,7 +10,7 @@
 #include "core/BackgroundColor.h"
 #include "core/OutlineRecords.h"
 #include "core/Progress.h"
-#include "core/RegionList.h"
+#include "core/OwnedList.h"
 #include "engine/RegionOutput.h"
 #include "outline/OutlineStage.h"
 
@@ -34,9 +34,7 @@ void PaintPixel(unsigned char* p, COLORREF color) {
 }  // namespace
 
 int CPictrace::ExtractBackground() {
-  pictrace::RegionList old;
-  old.Swap(m_listBackgroundRegions);
-  old.Clear();
+  pictrace::RegionList().Swap(m_listBackgroundRegions);  // the old ones are freed
   const int width = m_bmiHeader.biWidth;
   const int height = m_bmiHeader.biHeight;
   if (!m_pWorkDIB || !m_pWorkBits || width <= 0 || height <= 0) return 0;
@@ -76,9 +74,8 @@ int CPictrace::ExtractBackground() {
     mask.assign(m_pMask, m_pMask + static_cast<size_t>(width) * height);
     in.hostMask = mask.data();
   }
-  pictrace::RegionList regions;
   unsigned char* pNoMask = nullptr;
-  outline::TraceRegions(in, m_dSegmentParam, &pNoMask, regions);
+  pictrace::RegionList regions = outline::TraceRegions(in, m_dSegmentParam, &pNoMask);
 
   // Keep the regions traced from background pixels; the component keeps
   // the traced colour, while the region's colour is already the palette's.

@@ -44,10 +44,9 @@ bool Usable(const OutlineInput& in) {
   return !in.image.Empty() && in.image.width <= kMaxSide && in.image.height <= kMaxSide;
 }
 
-bool TraceRegions(const OutlineInput& in, double dParam, unsigned char** ppMask,
-                  pictrace::RegionList& regions) {
-  if (!Usable(in)) return false;
-  regions.Clear();
+pictrace::RegionList TraceRegions(const OutlineInput& in, double dParam, unsigned char** ppMask) {
+  pictrace::RegionList regions;
+  if (!Usable(in)) return regions;
 
   StageGuard stage;
   unsigned char* mask = ppMask ? *ppMask : nullptr;
@@ -80,7 +79,7 @@ bool TraceRegions(const OutlineInput& in, double dParam, unsigned char** ppMask,
 
   SortRegions(regions.Items());
   if (in.colors) TieToColors(regions.Items(), *in.colors);
-  return true;
+  return regions;
 }
 
 }  // namespace outline
@@ -88,10 +87,11 @@ bool TraceRegions(const OutlineInput& in, double dParam, unsigned char** ppMask,
 int CPictrace::GetOutline4Cartoon2(double dParam, unsigned char** ppMask) {
   const outline::OutlineInput in = outline::InputOf(*this);
   if (!outline::Usable(in)) return 0;
-  pictrace::RegionList regions;
-  regions.Swap(m_listOutlineRegions);
-  regions.Clear();  // the old regions go before the new ones are built
-  outline::TraceRegions(in, dParam, ppMask, regions);
+  {
+    pictrace::RegionList old;  // the old regions go before the new ones are built
+    old.Swap(m_listOutlineRegions);
+  }
+  pictrace::RegionList regions = outline::TraceRegions(in, dParam, ppMask);
   regions.Swap(m_listOutlineRegions);
   return 1;
 }

@@ -10,7 +10,7 @@
 #include "Pictrace.h"
 #include "core/ImageView.h"
 #include "core/OutlineRecords.h"
-#include "core/RegionList.h"
+#include "core/OwnedList.h"
 
 namespace outline {
 
@@ -42,8 +42,6 @@ int RemoveSmallComponents(const OutlineInput& in, std::list<CConComponent*>& com
 int TracePieces(const OutlineInput& in, std::list<COutlineVector*>& pieces,
                 std::list<CConComponent*>& comps, double dParam);
 void SmoothPieces(std::list<COutlineVector*>& pieces, double dParam);
-int RemoveExtraPoints(sPoint* pPoints, int& nPoints);
-int SmoothChain(sPoint* pPoints, int& nPoints, float fTolerance);
 
 // Regions from the largest enclosed area to the smallest (equal areas in the
 // exchange sort's order); 0 for an empty list.
@@ -52,11 +50,10 @@ int SortRegions(std::list<COutlineRegion*>& regions);
 // of equal distances) and gives it that colour.
 void TieToColors(std::list<COutlineRegion*>& regions, const CDWordArray& colors);
 
-// The whole stage. Without a usable picture, returns false and leaves
-// regions alone. The cartoon mask (*ppMask, may be null) is freed and
-// nulled when the clean-up gives up after 100 passes.
-bool TraceRegions(const OutlineInput& in, double dParam, unsigned char** ppMask,
-                  pictrace::RegionList& regions);
+// The whole stage; no regions without a usable picture. The cartoon mask
+// (*ppMask, may be null) is freed and nulled when the clean-up gives up
+// after 100 passes.
+pictrace::RegionList TraceRegions(const OutlineInput& in, double dParam, unsigned char** ppMask);
 
 // The packed colour of a pixel stored blue, green, red.
 inline COLORREF PixelColor(const unsigned char* p) { return RGB(p[2], p[1], p[0]); }

@@ -6,12 +6,15 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "core/ChainSimplify.h"
 #include "core/OutlineRecords.h"
 #include "thinline/ChainTracer.h"
 #include "thinline/LineLength.h"
+#include "thinline/LineStage.h"
 #include "thinline/PixelAccess.h"
 #include "core/ThinLineRecords.h"
 
+using namespace pictrace;
 using namespace pictrace::thinline;
 
 namespace {
@@ -112,19 +115,16 @@ int CPictrace::TraceLine(unsigned char* pMask, unsigned char* pBits, int x, int 
   return 1;
 }
 
-void CPictrace::DoTraceThinningLine(unsigned char* pMask, unsigned char* pDIB, double dSmooth) {
-  const int width = m_bmiHeader.biWidth;
-  const int height = m_bmiHeader.biHeight;
-  // The mask and picture must be the ones made for the loaded picture.
-  if (!pMask || !pDIB || !HasDIBData() || width <= 0 || height <= 0) return;
-  const BITMAPINFOHEADER h = ReadHeader(pDIB);
-  if (h.biWidth != width || h.biHeight != height || h.biBitCount != 24) return;
-  unsigned char* pBits = pDIB + 40;
+namespace pictrace {
+namespace thinline {
 
-  while (!m_listThinLines.empty()) {
-    delete m_listThinLines.front();
-    m_listThinLines.pop_front();
-  }
+ThinLineList TraceLines(const LineTraceInput& in) {
+  ThinLineList lines;
+  const int width = in.picture.width;
+  const int height = in.picture.height;
+  unsigned char* pMask = in.mask;
+  const unsigned char* pBits = in.picture.bits;
+  if (!pMask || in.picture.Empty() || !in.colors) return lines;
 
   const size_t pixels = static_cast<size_t>(width) * height;
   long skeleton = 0;
@@ -132,11 +132,11 @@ void CPictrace::DoTraceThinningLine(unsigned char* pMask, unsigned char* pDIB, d
     if (pMask[i] == 1) skeleton++;
   const int nBufSize = static_cast<int>(2 * skeleton);
   std::vector<unsigned char> nodes = BuildNodeMap(pMask, pBits, width, height);
-  const double minLength = MinimumLineLength(m_rcImageReal, width, height);
+  const double minLength = in.minLength;
 
   int running = 0;  // line id over all colours
-  for (INT_PTR ci = 0; ci < m_arrLineColors.GetSize(); ci++) {
-    const DWORD color = m_arrLineColors[ci];
+  for (INT_PTR ci = 0; ci < in.colors->GetSize(); ci++) {
+    const DWORD color = (*in.colors)[ci];
     ChainTables t;
     int counter = 0;
     // One chain holds at most every skeleton pixel and its junction pixel.
@@ -198,11 +198,33 @@ void CPictrace::DoTraceThinningLine(unsigned char* pMask, unsigned char* pDIB, d
       pLine->m_bLaterBranch = t.flags[j];
       int nSmooth = count;
       pLine->m_pSmoothPoints = ToPoints(t.points[j], count);
-      SmoothOutline(pLine->m_pSmoothPoints, nSmooth, static_cast<float>(dSmooth));
+      SmoothChain(pLine->m_pSmoothPoints, nSmooth, in.smooth);
       pLine->m_nSmoothPoints = nSmooth;
-      m_listThinLines.push_back(pLine.get());
+      lines.Items().push_back(pLine.get());
       pLine.release();
     }
   }
+  return lines;
+}
+
+}  // namespace thinline
+}  // namespace pictrace
+
+void CPictrace::DoTraceThinningLine(unsigned char* pMask, unsigned char* pDIB, double dSmooth) {
+  const int width = m_bmiHeader.biWidth;
+  const int height = m_bmiHeader.biHeight;
+  // The mask and picture must be the ones made for the loaded picture.
+  if (!pMask || !pDIB || !HasDIBData() || width <= 0 || height <= 0) return;
+  const BITMAPINFOHEADER h = ReadHeader(pDIB);
+  if (h.biWidth != width || h.biHeight != height || h.biBitCount != 24) return;
+
+  ThinLineList().Swap(m_listThinLines);  // the old lines are freed first
+  LineTraceInput in;
+  in.mask = pMask;
+  in.picture = ViewOf(h, pDIB + 40);
+  in.colors = &m_arrLineColors;
+  in.minLength = MinimumLineLength(m_rcImageReal, width, height);
+  in.smooth = static_cast<float>(dSmooth);
+  TraceLines(in).Swap(m_listThinLines);
   CreateOutputThinLine();
 }
