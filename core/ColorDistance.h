@@ -21,7 +21,4 @@ inline int SquaredDistance(const unsigned char* bgr, COLORREF c) {
   return SquaredDistance(bgr[2], bgr[1], bgr[0], GetRValue(c), GetGValue(c), GetBValue(c));
 }
 
-// The packed colour of a pixel stored blue, green, red.
-inline COLORREF PixelColor(const unsigned char* bgr) { return RGB(bgr[2], bgr[1], bgr[0]); }
-
 }  // namespace pictrace

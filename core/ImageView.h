@@ -8,6 +8,15 @@
 
 namespace pictrace {
 
+// A pixel's bytes are blue, green, red; a packed colour holds red in bits
+// 0-7, green in 8-15 and blue in 16-23.
+inline COLORREF PixelColor(const unsigned char* bgr) { return RGB(bgr[2], bgr[1], bgr[0]); }
+inline void SetPixelColor(unsigned char* bgr, COLORREF color) {
+  bgr[0] = GetBValue(color);
+  bgr[1] = GetGValue(color);
+  bgr[2] = GetRValue(color);
+}
+
 struct ImageView {
   int width = 0;
   int height = 0;

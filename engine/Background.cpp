@@ -25,12 +25,6 @@ COLORREF ForegroundFor(COLORREF background) {
   return RGB(r, g, b);
 }
 
-void PaintPixel(unsigned char* p, COLORREF color) {
-  p[0] = GetBValue(color);
-  p[1] = GetGValue(color);
-  p[2] = GetRValue(color);
-}
-
 }  // namespace
 
 int CPictrace::ExtractBackground() {
@@ -53,14 +47,14 @@ int CPictrace::ExtractBackground() {
   std::memcpy(pCopy.get(), m_pWorkDIB, size);
   unsigned char* pBits = pCopy.get() + 40;
   for (int y = 0; y < height; y++)
-    for (int x = 0; x < width; x++) PaintPixel(pBits + y * stride + 3 * x, foreground);
+    for (int x = 0; x < width; x++) pictrace::SetPixelColor(pBits + y * stride + 3 * x, foreground);
   for (const COutlineRegion* pRegion : m_listOutlineRegions) {
     if (!touches(pRegion) || pRegion->m_crColor != background || !pRegion->m_pComponent) continue;
     const CConComponent* pComp = pRegion->m_pComponent;
     for (int i = 0; i < pComp->m_nPoints; i++) {
       const sPoint& pt = pComp->m_pPoints[i];
       if (pt.x < 0 || pt.y < 0 || pt.x >= width || pt.y >= height) continue;
-      PaintPixel(pBits + pt.y * stride + 3 * pt.x, background);
+      pictrace::SetPixelColor(pBits + pt.y * stride + 3 * pt.x, background);
     }
   }
 

@@ -55,7 +55,4 @@ void TieToColors(std::list<COutlineRegion*>& regions, const CDWordArray& colors)
 // after 100 passes.
 pictrace::RegionList TraceRegions(const OutlineInput& in, double dParam, unsigned char** ppMask);
 
-// The packed colour of a pixel stored blue, green, red.
-inline COLORREF PixelColor(const unsigned char* p) { return RGB(p[2], p[1], p[0]); }
-
 }  // namespace outline

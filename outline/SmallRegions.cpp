@@ -54,7 +54,7 @@ int RemoveSmallComponents(const OutlineInput& in, std::list<CConComponent*>& lis
       for (int k = 0; k < 4; k++) {
         int nx = p.x + dx[k], ny = p.y + dy[k];
         if (skipped(nx, ny)) continue;
-        replacement = PixelColor(pixel(nx, ny));
+        replacement = pictrace::PixelColor(pixel(nx, ny));
         if (replacement != comp->m_crColor) {
           found = true;
           break;
@@ -84,10 +84,7 @@ int RemoveSmallComponents(const OutlineInput& in, std::list<CConComponent*>& lis
     const sPoint& lp = comp->m_pPoints[last];
     for (int i = 0; i < comp->m_nPoints; i++) {
       const sPoint& p = comp->m_pPoints[i];
-      unsigned char* q = pixel(p.x, p.y);
-      q[0] = GetBValue(replacement);
-      q[1] = GetGValue(replacement);
-      q[2] = GetRValue(replacement);
+      pictrace::SetPixelColor(pixel(p.x, p.y), replacement);
       // Deliberately the one pixel the searches ended on, not the pixel
       // being painted.
       if (pMask && !found && !maskFound) pMask[index(lp.x, lp.y)] = 2;

@@ -22,15 +22,11 @@ inline bool Inside(int x, int y, int width, int height) {
 
 // Pixel (x, y) as a COLORREF; y is the storage row.
 inline COLORREF ReadPixel(const unsigned char* pBits, long stride, int x, int y) {
-  const unsigned char* p = pBits + static_cast<long>(y) * stride + 3L * x;
-  return RGB(p[2], p[1], p[0]);
+  return PixelColor(pBits + static_cast<long>(y) * stride + 3L * x);
 }
 
 inline void WritePixel(unsigned char* pBits, long stride, int x, int y, COLORREF c) {
-  unsigned char* p = pBits + static_cast<long>(y) * stride + 3L * x;
-  p[0] = GetBValue(c);
-  p[1] = GetGValue(c);
-  p[2] = GetRValue(c);
+  SetPixelColor(pBits + static_cast<long>(y) * stride + 3L * x, c);
 }
 
 // The packed work picture's header, read without assuming alignment.
