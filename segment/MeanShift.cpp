@@ -6,6 +6,7 @@
 
 #include "Pictrace.h"
 #include "core/ImageView.h"
+#include "segment/Clustering.h"
 #include "segment/ColorOrder.h"
 #include "segment/RegionGraph.h"
 #include "segment/SafeConvert.h"
@@ -22,13 +23,16 @@ DWORD PackMode(double r, double g, double b) {
 
 }  // namespace
 
-int CPictrace::InCentroid(double r, double g, double b, double cr, double cg, double cb, double dRadius) {
+namespace pictrace {
+namespace segment {
+
+int InCentroid(double r, double g, double b, double cr, double cg, double cb, double dRadius) {
   double d = (r - cr) * (r - cr) + (g - cg) * (g - cg) + (b - cb) * (b - cb);
   return dRadius * dRadius > d ? 1 : 0;
 }
 
-void CPictrace::MeanF(unsigned char* pVisited, double* pR, double* pG, double* pB, int* pWeight, int n,
-                      double dRadius, double& dCR, double& dCG, double& dCB) {
+void MeanF(unsigned char* pVisited, const double* pR, const double* pG, const double* pB,
+           const int* pWeight, int n, double dRadius, double& dCR, double& dCG, double& dCB) {
   for (;;) {
     double sumR = 0.0, sumG = 0.0, sumB = 0.0;
     std::int64_t weight = 0;
@@ -58,8 +62,8 @@ void CPictrace::MeanF(unsigned char* pVisited, double* pR, double* pG, double* p
   }
 }
 
-void CPictrace::MeanShiftProcess(double* pR, double* pG, double* pB, int* pWeight, int n, double dRadius,
-                                 double* pModeR, double* pModeG, double* pModeB, int& nModes) {
+void MeanShiftProcess(const double* pR, const double* pG, const double* pB, const int* pWeight, int n,
+                      double dRadius, double* pModeR, double* pModeG, double* pModeB, int& nModes) {
   std::vector<unsigned char> visited(static_cast<size_t>(n > 0 ? n : 0), 0);
   nModes = 0;
   for (int i = 0; i < n; i++) {
@@ -73,15 +77,15 @@ void CPictrace::MeanShiftProcess(double* pR, double* pG, double* pB, int* pWeigh
   }
 }
 
-void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
-  if (!HasDIBData() || !m_pWorkBits || !m_pRegionHead || m_bmiHeader.biHeight <= 0) return;
-  m_arrColorList.RemoveAll();
-  m_nColorRadius = kStartRadius;
+Clustering ClusterColors(const CRegion* pHead, const ImageView& work, int nWanted) {
+  Clustering result;
+  int& radius = result.radius;
+  radius = kStartRadius;
   if (nWanted < 1) nWanted = 1;
 
   std::vector<double> red, green, blue;
   std::vector<int> weight;
-  for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
+  for (const CRegion* r = pHead; r; r = r->m_pNext) {
     red.push_back(r->m_fRed);
     green.push_back(r->m_fGreen);
     blue.push_back(r->m_fBlue);
@@ -91,7 +95,7 @@ void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
   std::vector<double> modeR(static_cast<size_t>(n)), modeG(static_cast<size_t>(n)), modeB(static_cast<size_t>(n));
   int nModes = 0;
   auto run = [&] {
-    MeanShiftProcess(red.data(), green.data(), blue.data(), weight.data(), n, m_nColorRadius, modeR.data(),
+    MeanShiftProcess(red.data(), green.data(), blue.data(), weight.data(), n, radius, modeR.data(),
                      modeG.data(), modeB.data(), nModes);
   };
 
@@ -106,20 +110,20 @@ void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
     run();
     if (nModes > nWanted) {
       while (nModes > nWanted) {
-        m_nColorRadius++;
+        radius++;
         run();
       }
     } else {
       while (nModes < nWanted) {
-        m_nColorRadius--;
-        if (m_nColorRadius < kSmallestRadius) break;
+        radius--;
+        if (radius < kSmallestRadius) break;
         run();
       }
     }
     // Near-duplicate modes: a later one closer than the radius to any
     // earlier one (marked or not) is dropped from the list.
     removed.assign(static_cast<size_t>(nModes), false);
-    const double limit = static_cast<double>(m_nColorRadius) * m_nColorRadius;
+    const double limit = static_cast<double>(radius) * radius;
     for (int i = 0; i < nModes; i++)
       for (int j = i + 1; j < nModes; j++) {
         double dr = modeR[i] - modeR[j], dg = modeG[i] - modeG[j], db = modeB[i] - modeB[j];
@@ -129,9 +133,7 @@ void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
 
   // Every region takes the mode nearest to its mean (the first of equal
   // distances); the list keeps the modes not dropped as near-duplicates.
-  const size_t stride = pictrace::HeaderStride(m_bmiHeader);
-  const int w = m_bmiHeader.biWidth, h = m_bmiHeader.biHeight;
-  for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) {
+  for (const CRegion* r = pHead; r; r = r->m_pNext) {
     int best = 0;
     double bestDist = 1e20;
     for (int m = 0; m < nModes; m++) {
@@ -143,14 +145,39 @@ void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
       }
     }
     const int b = TruncLowByte(modeB[best]), g = TruncLowByte(modeG[best]), rr = TruncLowByte(modeR[best]);
-    PaintRegion(r, m_pWorkBits, stride, w, h, b, g, rr);
+    PaintRegion(r, work.bits, work.stride, work.width, work.height, b, g, rr);
   }
 
-  if (pList) {
-    std::vector<DWORD> colors;
-    for (int m = 0; m < nModes; m++)
-      if (!removed[static_cast<size_t>(m)]) colors.push_back(PackMode(modeR[m], modeG[m], modeB[m]));
-    SortByBrightness(colors);
-    PublishColors(colors, pList, m_arrColorList);
-  }
+  for (int m = 0; m < nModes; m++)
+    if (!removed[static_cast<size_t>(m)]) result.colors.push_back(PackMode(modeR[m], modeG[m], modeB[m]));
+  SortByBrightness(result.colors);
+  return result;
+}
+
+}  // namespace segment
+}  // namespace pictrace
+
+int CPictrace::InCentroid(double r, double g, double b, double cr, double cg, double cb, double dRadius) {
+  return pictrace::segment::InCentroid(r, g, b, cr, cg, cb, dRadius);
+}
+
+void CPictrace::MeanF(unsigned char* pVisited, double* pR, double* pG, double* pB, int* pWeight, int n,
+                      double dRadius, double& dCR, double& dCG, double& dCB) {
+  pictrace::segment::MeanF(pVisited, pR, pG, pB, pWeight, n, dRadius, dCR, dCG, dCB);
+}
+
+void CPictrace::MeanShiftProcess(double* pR, double* pG, double* pB, int* pWeight, int n, double dRadius,
+                                 double* pModeR, double* pModeG, double* pModeB, int& nModes) {
+  pictrace::segment::MeanShiftProcess(pR, pG, pB, pWeight, n, dRadius, pModeR, pModeG, pModeB, nModes);
+}
+
+void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
+  if (!HasDIBData() || !m_pWorkBits || !m_pRegionHead || m_bmiHeader.biHeight <= 0) return;
+  m_arrColorList.RemoveAll();
+  pictrace::ImageView work = pictrace::ViewOf(m_bmiHeader, m_pWorkBits);
+  work.stride = pictrace::HeaderStride(m_bmiHeader);
+  pictrace::segment::Clustering result = pictrace::segment::ClusterColors(m_pRegionHead, work, nWanted);
+  m_nColorRadius = result.radius;
+  // Without a list to fill, the engine's own list stays empty.
+  if (pList) PublishColors(result.colors, pList, m_arrColorList);
 }
