@@ -4,6 +4,7 @@
 
 #include "Pictrace.h"
 #include "core/ImageView.h"
+#include "segment/ColorCount.h"
 #include "segment/ColorOrder.h"
 
 namespace {
@@ -28,31 +29,31 @@ struct ColorCountEntry {
 
 }  // namespace
 
+namespace pictrace {
+namespace segment {
+
 // Blue may differ from green by up to 7 and from red by up to 3: the two
 // tolerances differ on purpose.
-int CPictrace::IsGrayValued() {
-  if (!HasDIBData() || !m_pDIBBits) return 0;
-  const int w = m_bmiHeader.biWidth, h = m_bmiHeader.biHeight;
-  if (w <= 0 || h <= 0) return 1;
-  const size_t stride = pictrace::HeaderStride(m_bmiHeader);
+bool IsGray(const ImageView& picture) {
+  const int w = picture.width, h = picture.height;
+  if (w <= 0 || h <= 0) return true;
   for (int y = 0; y < h; y++) {
-    const unsigned char* p = m_pDIBBits + static_cast<size_t>(y) * stride;
+    const unsigned char* p = picture.bits + static_cast<size_t>(y) * picture.stride;
     for (int x = 0; x < w; x++, p += 3) {
-      if (std::abs(p[0] - p[1]) > 7 || std::abs(p[0] - p[2]) > 3) return 0;
+      if (std::abs(p[0] - p[1]) > 7 || std::abs(p[0] - p[2]) > 3) return false;
     }
   }
-  return 1;
+  return true;
 }
 
-int CPictrace::GetColorNumber(int& nColors, CDWordArray* pList) {
-  if (!HasDIBData() || !m_pDIBBits) return 0;
-  const int w = m_bmiHeader.biWidth, h = m_bmiHeader.biHeight;
+bool DominantColors(const ImageView& picture, const CRect& rcReal, std::vector<DWORD>& kept) {
+  const int w = picture.width, h = picture.height;
 
   // Each interior pixel votes for the most frequent colour among its eight
   // neighbours (not itself); ties go to the colour met first.
   std::vector<ColorCountEntry> table;
   if (w > 2 && h > 2) {
-    const size_t stride = pictrace::HeaderStride(m_bmiHeader);
+    const size_t stride = picture.stride;
     const int dx[8] = {-1, -1, -1, 0, 0, 1, 1, 1};
     const int dy[8] = {-1, 0, 1, -1, 1, -1, 0, 1};
     size_t lastFound = 0;  // neighbouring pixels mostly vote alike
@@ -62,7 +63,7 @@ int CPictrace::GetColorNumber(int& nColors, CDWordArray* pList) {
         int counts[8];
         int distinct = 0;
         for (int k = 0; k < 8; k++) {
-          const unsigned char* p = m_pDIBBits + static_cast<size_t>(y + dy[k]) * stride + 3 * static_cast<size_t>(x + dx[k]);
+          const unsigned char* p = picture.bits + static_cast<size_t>(y + dy[k]) * stride + 3 * static_cast<size_t>(x + dx[k]);
           DWORD key = KeyAt(p);
           int j = 0;
           while (j < distinct && keys[j] != key) j++;
@@ -88,7 +89,7 @@ int CPictrace::GetColorNumber(int& nColors, CDWordArray* pList) {
           table[i].count++;
         } else {
           table.push_back(ColorCountEntry{dominant, 1});
-          if (table.size() >= kMaxDominantColors) return 0;
+          if (table.size() >= kMaxDominantColors) return false;
         }
         lastFound = i;
       }
@@ -98,17 +99,43 @@ int CPictrace::GetColorNumber(int& nColors, CDWordArray* pList) {
   // The limit scales with the physical size of a pixel; with the default
   // empty output rectangle r is 0 and the limit is +infinity, so that no
   // colour is kept.
-  double rw = (static_cast<double>(m_rcImageReal.right) - m_rcImageReal.left) / w;
-  double rh = (static_cast<double>(m_rcImageReal.bottom) - m_rcImageReal.top) / h;
+  double rw = (static_cast<double>(rcReal.right) - rcReal.left) / w;
+  double rh = (static_cast<double>(rcReal.bottom) - rcReal.top) / h;
   double r = rw < rh ? rh : rw;
   double limit = kMinCountAtUnitScale / r / r;
   if (limit < kMinCountFloor) limit = kMinCountFloor;
 
-  std::vector<DWORD> kept;
+  kept.clear();
   for (const ColorCountEntry& e : table)
     if (static_cast<double>(e.count) > limit)
       kept.push_back(PackColor(static_cast<int>((e.key >> 16) & 0xFF), static_cast<int>((e.key >> 8) & 0xFF),
                                static_cast<int>(e.key & 0xFF)));
+  return true;
+}
+
+}  // namespace segment
+}  // namespace pictrace
+
+namespace {
+
+// The input picture as the colour counts read it.
+pictrace::ImageView InputPicture(const BITMAPINFOHEADER& header, unsigned char* pBits) {
+  pictrace::ImageView picture = pictrace::ViewOf(header, pBits);
+  picture.stride = pictrace::HeaderStride(header);
+  return picture;
+}
+
+}  // namespace
+
+int CPictrace::IsGrayValued() {
+  if (!HasDIBData() || !m_pDIBBits) return 0;
+  return pictrace::segment::IsGray(InputPicture(m_bmiHeader, m_pDIBBits)) ? 1 : 0;
+}
+
+int CPictrace::GetColorNumber(int& nColors, CDWordArray* pList) {
+  if (!HasDIBData() || !m_pDIBBits) return 0;
+  std::vector<DWORD> kept;
+  if (!pictrace::segment::DominantColors(InputPicture(m_bmiHeader, m_pDIBBits), m_rcImageReal, kept)) return 0;
   nColors = static_cast<int>(kept.size());
   if (!pList) return 1;
   SortByBrightness(kept);
