@@ -3,6 +3,8 @@
 // diffusion weights, the sparse system and the write-back to bytes.
 #pragma once
 
+#include "core/ImageView.h"
+#include "core/Progress.h"
 #include "segment/SparseSolve.h"
 
 namespace pictrace {
@@ -36,5 +38,16 @@ void MumfordFillMatrix(SparseRowMatrix& a, const double* q, int width, int heigh
 // The write-back rule: 255 above 255, the truncated value above 0, else 0
 // (NaN included).
 unsigned char MumfordClampByte(double value);
+
+namespace segment {
+
+// The whole smoothing: five rounds of edge field and solve on the planes
+// (the data term; column-major, width x height of work), written back into
+// the bytes of work (a single plane into all three). Progress advances by
+// the noise-reduction weight. 0 without planes or picture.
+int SmoothPlanes(const double* const* ppPlanes, int nPlanes, double dLambda, const ImageView& work,
+                 Progress& progress);
+
+}  // namespace segment
 
 }  // namespace pictrace

@@ -62,11 +62,15 @@ void CPictrace::GetValues() {
   }
 }
 
-int CPictrace::FiniteDifferenceLasMumfordU(double** ppPlanes, int nPlanes, double dLambda) {
-  const int width = m_bmiHeader.biWidth;
-  const int height = m_bmiHeader.biHeight;
-  const long long stride = RowStride(m_bmiHeader);
-  if (!ppPlanes || nPlanes <= 0 || stride == 0 || !m_pWorkBits) return 0;
+namespace pictrace {
+namespace segment {
+
+int SmoothPlanes(const double* const* ppPlanes, int nPlanes, double dLambda, const ImageView& work,
+                 Progress& progress) {
+  const int width = work.width;
+  const int height = work.height;
+  const long long stride = static_cast<long long>(work.stride);
+  if (!ppPlanes || nPlanes <= 0 || stride == 0 || !work.bits) return 0;
   const int n = width * height;
 
   std::vector<int> lengths(n);
@@ -82,7 +86,6 @@ int CPictrace::FiniteDifferenceLasMumfordU(double** ppPlanes, int nPlanes, doubl
   }
   std::vector<double> v(n), q(n), h(n);
 
-  pictrace::Progress progress = JobProgress();
   const double stage = progress.Span(PT_WEIGHT_NOISE);
   bool bFirstFill = true;
   for (int i = 1; i <= kMumfordRounds; i++) {
@@ -110,7 +113,7 @@ int CPictrace::FiniteDifferenceLasMumfordU(double** ppPlanes, int nPlanes, doubl
     for (int x = 0; x < width; x++)
       for (int y = 0; y < height; y++, k++) {
         unsigned char byte = MumfordClampByte(u[c][k]);
-        unsigned char* p = m_pWorkBits + y * stride + 3 * x;
+        unsigned char* p = work.bits + y * stride + 3 * x;
         if (nPlanes == 1) {
           p[0] = p[1] = p[2] = byte;
         } else {
@@ -119,4 +122,14 @@ int CPictrace::FiniteDifferenceLasMumfordU(double** ppPlanes, int nPlanes, doubl
       }
   }
   return 1;
+}
+
+}  // namespace segment
+}  // namespace pictrace
+
+int CPictrace::FiniteDifferenceLasMumfordU(double** ppPlanes, int nPlanes, double dLambda) {
+  pictrace::ImageView work = pictrace::ViewOf(m_bmiHeader, m_pWorkBits);
+  work.stride = static_cast<size_t>(RowStride(m_bmiHeader));
+  pictrace::Progress progress = JobProgress();
+  return pictrace::segment::SmoothPlanes(ppPlanes, nPlanes, dLambda, work, progress);
 }
