@@ -67,7 +67,7 @@ TEST(TraceCli, MarksMasksAndOptionsReachTheEngine) {
     e.MarkBackground();
     EXPECT_TRUE(e.MarkRegion(400, 599 - 250, 0));
   });
-  EXPECT_TRUE(r.out == marked.Svg());
+  EXPECT_TRUE(r.exitCode == 0 && r.out == marked.Svg()) << r.err;
   EXPECT_LT(marked.doc.regions.m_nRegions, plain.doc.regions.m_nRegions - 1);
   // A black block in a white mask: excluded pixels (2) in the engine's rows.
   const int w = 300, h = 263;
@@ -82,7 +82,7 @@ TEST(TraceCli, MarksMasksAndOptionsReachTheEngine) {
   ASSERT_TRUE(pictrace::WritePng(Out("mask.png"), rows.data(), w, h, w * 3, error)) << error;
   r = Pictrace("trace " + In("monkey_face.png") + " --no-retry --mask " + Out("mask.png"));
   Host masked("monkey_face.png", true, pMask), unmasked("monkey_face.png", true);
-  EXPECT_TRUE(r.out == masked.Svg());
+  EXPECT_TRUE(r.exitCode == 0 && r.out == masked.Svg()) << r.err;
   EXPECT_LT(masked.doc.regions.m_nRegions, unmasked.doc.regions.m_nRegions);  // the eye is gone
   r = Pictrace("trace " + In("flag_kr.png") + " -o " + Out("big.svg") + " --size 1600x1200 --curves --background " +
                Out("bg.svg") + " --threads " + PICTRACE_EXAMPLES_DIR + "/../threads/pec-64.csv --json " + Out("t.json"));
