@@ -2,6 +2,7 @@
 
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
+#include "cli/Writers.h"
 
 namespace pictrace {
 namespace cli {
@@ -25,13 +26,20 @@ bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsi
   return true;
 }
 
-void AddPictureAndSvgOptions(CLI::App* app, std::string& input, std::string& output) {
+void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<std::string>& outputs) {
   app->add_option("file", input, "PNG, JPEG or BMP picture")->required();
-  app->add_option("-o,--output", output, "SVG file to write (default: standard output)");
+  const std::vector<OutputFormat>& formats = OutputFormats();
+  outputs.resize(formats.size());
+  for (size_t i = 0; i < formats.size(); i++) {
+    outputs[i] = formats[i].defaultPath;
+    app->add_option(formats[i].option, outputs[i], formats[i].help);
+  }
 }
 
-std::ostream& SummaryStream(const std::string& output) {
-  return output == "-" ? std::cerr : std::cout;
+std::ostream& SummaryStream(const std::vector<std::string>& outputs) {
+  for (const std::string& path : outputs)
+    if (path == "-") return std::cerr;
+  return std::cout;
 }
 
 }  // namespace cli

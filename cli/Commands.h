@@ -36,14 +36,15 @@ int Fail(const std::string& message);
 // message naming the file and returns false. dib keeps the file's DIB.
 bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsigned char>& dib);
 
-// Registers the picture argument and the -o/--output path of the SVG
-// (standard output by default), which trace and lines share.
-void AddPictureAndSvgOptions(CLI::App* app, std::string& input, std::string& output);
+// Registers the picture argument and one option per output format (see
+// Writers.h), which trace and lines share: outputs[i] is the path of
+// OutputFormats()[i], "-" for standard output, empty for none.
+void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<std::string>& outputs);
 
-// Where a command's summary line goes: standard error when the SVG itself
-// goes to standard output (output "-"), so that the SVG stays clean;
-// standard output otherwise.
-std::ostream& SummaryStream(const std::string& output);
+// Where a command's summary line goes: standard error when an output goes
+// to standard output ("-"), so that it stays clean; standard output
+// otherwise.
+std::ostream& SummaryStream(const std::vector<std::string>& outputs);
 
 // Exit code of a failed run.
 constexpr int kExitFailure = 1;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <new>
 
@@ -109,6 +110,26 @@ bool LoadImageFile(const std::string& path, std::vector<unsigned char>& dib, std
     return false;
   }
   return LoadImageBytes(bytes.data(), bytes.size(), path, dib, error);
+}
+
+bool WriteFileBytes(const std::string& path, const std::string& bytes, std::string& error) {
+  if (path == "-") {
+    std::cout << bytes;
+    std::cout.flush();
+    if (!std::cout) {
+      error = "cannot write to standard output";
+      return false;
+    }
+    return true;
+  }
+  std::ofstream out(path, std::ios::binary);
+  if (out) out << bytes;
+  if (out) out.close();
+  if (!out) {
+    error = path + ": cannot write the file";
+    return false;
+  }
+  return true;
 }
 
 }  // namespace pictrace

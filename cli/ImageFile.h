@@ -18,8 +18,17 @@ bool LoadImageFile(const std::string& path, std::vector<unsigned char>& dib, std
 bool LoadImageBytes(const unsigned char* data, size_t size, const std::string& name,
                     std::vector<unsigned char>& dib, std::string& error);
 
-// Writes top-down rows of blue, green, red bytes as an 8-bit RGB PNG.
+// Top-down rows of blue, green, red bytes as the bytes of an 8-bit RGB PNG.
+bool EncodePng(const unsigned char* bgrTopDown, int width, int height, int stride, std::string& png,
+               std::string& reason);
+
+// Writes top-down rows of blue, green, red bytes as an 8-bit RGB PNG file.
 bool WritePng(const std::string& path, const unsigned char* bgrTopDown, int width, int height,
               int stride, std::string& error);
+
+// Writes bytes to a file, or to standard output for the path "-". Every
+// write is checked (a full disk shows only when the file is closed); on
+// failure returns false and sets error to a message naming the file.
+bool WriteFileBytes(const std::string& path, const std::string& bytes, std::string& error);
 
 }  // namespace pictrace

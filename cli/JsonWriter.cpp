@@ -1,7 +1,10 @@
-#include "cli/JsonWriter.h"
-
+// JSON: the whole result (every region, polygon and line with all four
+// points; every centre line with its tree links) and the colour lists. The
+// schema is documented in docs/json-schema.md.
 #include <cstdlib>
 #include <nlohmann/json.hpp>
+
+#include "cli/Writers.h"
 
 namespace pictrace {
 
@@ -15,50 +18,56 @@ double Number(float v) { return std::strtod(FormatFloat(v).c_str(), nullptr); }
 
 json Point(const CPTPoint& p) { return json::array({Number(p.x), Number(p.y)}); }
 
-json Line(const CPTLine& l) {
-  return json{{"type", l.m_nType},
-              {"start", Point(l.m_ptStart)},
-              {"ctrl1", Point(l.m_ptCtrl1)},
-              {"ctrl2", Point(l.m_ptCtrl2)},
-              {"end", Point(l.m_ptEnd)}};
-}
-
-json Polygon(const CPTPolygon& p) {
+json Lines(const CPTLine* pLines, int nLines) {
   json lines = json::array();
-  for (int i = 0; i < p.m_nLines && p.m_pLines; i++) lines.push_back(Line(p.m_pLines[i]));
-  return json{{"lineCount", p.m_nLines}, {"lines", std::move(lines)}};
+  for (int i = 0; i < nLines && pLines; i++) {
+    const CPTLine& l = pLines[i];
+    lines.push_back(json{{"type", l.m_nType},
+                         {"start", Point(l.m_ptStart)},
+                         {"ctrl1", Point(l.m_ptCtrl1)},
+                         {"ctrl2", Point(l.m_ptCtrl2)},
+                         {"end", Point(l.m_ptEnd)}});
+  }
+  return lines;
 }
 
 json Region(const CPTRegion& r) {
   json polygons = json::array();
-  for (int k = 0; k < r.m_nPolygons && r.m_pPolygons; k++) polygons.push_back(Polygon(r.m_pPolygons[k]));
+  for (int k = 0; k < r.m_nPolygons && r.m_pPolygons; k++) {
+    const CPTPolygon& p = r.m_pPolygons[k];
+    polygons.push_back(json{{"lineCount", p.m_nLines}, {"lines", Lines(p.m_pLines, p.m_nLines)}});
+  }
   return json{{"colorIndex", r.m_nColorIndex},
               {"regionFlag", r.m_nRegionFlag},
               {"polygonCount", r.m_nPolygons},
               {"polygons", std::move(polygons)}};
 }
 
+// A centre line: its links are ids of other lines (indexes into "lines"), or -1.
+json ThinLine(int id, const CPTThinLine& thin) {
+  json entry{{"id", id}, {"colorIndex", thin.m_nColorIndex}};
+  if (thin.m_nPolygonLines < 1 || !thin.m_pPolygonLines) return entry;
+  const CPTPolygonLine& line = thin.m_pPolygonLines[0];
+  entry["nextSibling"] = line.m_nAttr1;
+  entry["parent"] = line.m_nAttr2;
+  entry["firstChild"] = line.m_nAttr3;
+  entry["laterBranch"] = line.m_nAttr4;
+  entry["selected"] = line.m_nAttr5;
+  entry["lineCount"] = line.m_nLines;
+  entry["lines"] = Lines(line.m_pLines, line.m_nLines);
+  return entry;
+}
+
+json Hexes(const std::vector<COLORREF>& list) {
+  json out = json::array();
+  for (COLORREF c : list) out.push_back(ColorToHex(c));
+  return out;
+}
+
 }  // namespace
 
-std::string FormatJson(const TraceDocument& doc) {
-  json colors = json::array();
-  for (COLORREF c : doc.colors) colors.push_back(ColorToHex(c));
-
-  json threads = json::array();
-  for (size_t i = 0; i < doc.threadColors.size(); i++) {
-    json t{{"color", ColorToHex(doc.threadColors[i])}};
-    const ThreadColor* entry = i < doc.threads.size() ? doc.threads[i] : nullptr;
-    t["name"] = entry ? json(entry->name) : json(nullptr);
-    t["code"] = entry ? json(entry->code) : json(nullptr);
-    threads.push_back(std::move(t));
-  }
-
-  json regions = json::array();
-  const int nRegions = doc.regions ? doc.regions->m_nRegions : 0;
-  for (int i = 0; i < nRegions && doc.regions->m_pRegions; i++)
-    regions.push_back(Region(doc.regions->m_pRegions[i]));
-
-  json out{{"format", "pictrace-regions"},
+std::string FormatJson(const OutputDocument& doc, CPictrace&) {
+  json out{{"format", doc.hasLines ? "pictrace-lines" : "pictrace-regions"},
            {"version", 1},
            {"source", doc.source},
            {"image", {{"width", doc.imageWidth}, {"height", doc.imageHeight}}},
@@ -67,11 +76,30 @@ std::string FormatJson(const TraceDocument& doc) {
              {"top", doc.output.top},
              {"right", doc.output.right},
              {"bottom", doc.output.bottom}}},
-           {"lineType", doc.lineType},
-           {"colors", std::move(colors)},
-           {"threadColors", std::move(threads)},
-           {"regionCount", nRegions},
-           {"regions", std::move(regions)}};
+           {"lineType", doc.lineType}};
+  if (doc.hasRegions) {
+    json threads = json::array();
+    for (const ThreadEntry& t : doc.threads)
+      threads.push_back(json{{"color", ColorToHex(t.color)},
+                             {"name", t.inTable ? json(t.name) : json(nullptr)},
+                             {"code", t.inTable ? json(t.code) : json(nullptr)}});
+    json regions = json::array();
+    for (int i = 0; i < doc.regions.m_nRegions && doc.regions.m_pRegions; i++)
+      regions.push_back(Region(doc.regions.m_pRegions[i]));
+    out["colors"] = Hexes(doc.colors);
+    out["threadColors"] = std::move(threads);
+    out["regionCount"] = doc.regions.m_nRegions;
+    out["regions"] = std::move(regions);
+  }
+  if (doc.hasLines) {
+    json lines = json::array();
+    for (int i = 0; i < doc.lines.m_nThinLines && doc.lines.m_pThinLines; i++)
+      lines.push_back(ThinLine(i, doc.lines.m_pThinLines[i]));
+    out["lineColors"] = Hexes(doc.lineColors);
+    out["background"] = doc.hasBackground ? json(ColorToHex(doc.background)) : json(nullptr);
+    out["lineCount"] = doc.lines.m_nThinLines;
+    out["lines"] = std::move(lines);
+  }
   return out.dump() + "\n";
 }
 

@@ -45,10 +45,10 @@ bool ReadPng(const unsigned char* data, size_t size, std::vector<unsigned char>&
 
 }  // namespace io
 
-bool WritePng(const std::string& path, const unsigned char* bgrTopDown, int width, int height, int stride,
-              std::string& error) {
+bool EncodePng(const unsigned char* bgrTopDown, int width, int height, int stride, std::string& png,
+               std::string& reason) {
   if (width <= 0 || height <= 0 || stride < width * 3) {
-    error = path + ": cannot write a " + std::to_string(width) + " x " + std::to_string(height) + " picture";
+    reason = "cannot write a " + std::to_string(width) + " x " + std::to_string(height) + " picture";
     return false;
   }
   png_image image{};
@@ -56,13 +56,27 @@ bool WritePng(const std::string& path, const unsigned char* bgrTopDown, int widt
   image.width = static_cast<png_uint_32>(width);
   image.height = static_cast<png_uint_32>(height);
   image.format = PNG_FORMAT_BGR;
-  if (!png_image_write_to_file(&image, path.c_str(), 0, bgrTopDown, stride, nullptr)) {
-    error = path + ": cannot write the PNG (" + image.message + ")";
-    png_image_free(&image);
+  // The first call measures, the second fills.
+  png_alloc_size_t size = 0;
+  bool ok = png_image_write_to_memory(&image, nullptr, &size, 0, bgrTopDown, stride, nullptr) != 0;
+  if (ok) {
+    png.assign(size, '\0');
+    ok = png_image_write_to_memory(&image, &png[0], &size, 0, bgrTopDown, stride, nullptr) != 0;
+    png.resize(size);
+  }
+  if (!ok) reason = std::string("cannot encode the PNG (") + image.message + ")";
+  png_image_free(&image);
+  return ok;
+}
+
+bool WritePng(const std::string& path, const unsigned char* bgrTopDown, int width, int height, int stride,
+              std::string& error) {
+  std::string png;
+  if (!EncodePng(bgrTopDown, width, height, stride, png, error)) {
+    error = path + ": " + error;
     return false;
   }
-  png_image_free(&image);
-  return true;
+  return WriteFileBytes(path, png, error);
 }
 
 }  // namespace pictrace

@@ -21,15 +21,6 @@ int HexDigit(char c) {
   return -1;
 }
 
-bool ParseHexColor(const std::string& s, COLORREF& color) {
-  if (s.size() != 7 || s[0] != '#') return false;
-  int v[6];
-  for (int i = 0; i < 6; i++)
-    if ((v[i] = HexDigit(s[i + 1])) < 0) return false;
-  color = RGB(v[0] * 16 + v[1], v[2] * 16 + v[3], v[4] * 16 + v[5]);
-  return true;
-}
-
 }  // namespace
 
 bool ParseThreadTable(std::istream& in, const std::string& source, std::vector<ThreadColor>& table,
@@ -77,6 +68,15 @@ bool ParseThreadTable(std::istream& in, const std::string& source, std::vector<T
     error = source + ": the thread table holds no colours";
     return false;
   }
+  return true;
+}
+
+bool ParseHexColor(const std::string& s, COLORREF& color) {
+  if (s.size() != 7 || s[0] != '#') return false;
+  int v[6];
+  for (int i = 0; i < 6; i++)
+    if ((v[i] = HexDigit(s[i + 1])) < 0) return false;
+  color = RGB(v[0] * 16 + v[1], v[2] * 16 + v[3], v[4] * 16 + v[5]);
   return true;
 }
 

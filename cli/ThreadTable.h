@@ -24,6 +24,10 @@ bool ParseThreadTable(std::istream& in, const std::string& source, std::vector<T
                       std::string& error);
 bool LoadThreadTable(const std::string& path, std::vector<ThreadColor>& table, std::string& error);
 
+// A packed colour from "#rrggbb" (hex digits in either case); false for
+// any other text.
+bool ParseHexColor(const std::string& text, COLORREF& color);
+
 // "#rrggbb" of a packed colour.
 std::string ColorToHex(COLORREF color);
 

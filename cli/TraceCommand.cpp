@@ -7,14 +7,11 @@
 #include <iostream>
 #include <memory>
 
-#include "RasterDC.h"
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
-#include "cli/JsonWriter.h"
 #include "cli/ProgressBar.h"
-#include "cli/SvgWriter.h"
 #include "cli/ThreadTable.h"
-#include "cli/TraceDocument.h"
+#include "cli/Writers.h"
 
 namespace pictrace {
 namespace cli {
@@ -28,7 +25,7 @@ const int kMaxColors = 50;
 
 struct TraceOptions {
   std::string input;
-  std::string output = "-";
+  std::vector<std::string> outputs;  // one per output format
   int colors = 8;
   int sensitivity = -1;  // -1: the engine's default
   std::string size;      // "WxH" in output units; empty: the picture's size in pixels
@@ -37,8 +34,6 @@ struct TraceOptions {
   std::string mask;
   std::string threads;
   int threadMode = 0;
-  std::string json;
-  std::string preview;
   bool noRetry = false;
   double denoise = -1;     // noise reduction lambda; negative: none
   std::string background;  // SVG of the background regions
@@ -112,8 +107,7 @@ int RunTrace(const TraceOptions& o) {
   long outW = 0, outH = 0;
   std::string error;
   if (!o.size.empty() && !ParseSize(o.size, outW, outH, error)) return Fail(error);
-  if (o.output == "-" && o.json == "-")
-    return Fail("the SVG and the JSON cannot both go to standard output; give -o FILE");
+  if (!CheckOutputPaths(o.outputs, error)) return Fail(error);
 
   std::vector<ThreadColor> table;
   if (!o.threads.empty() && !LoadThreadTable(o.threads, table, error)) return Fail(error);
@@ -183,50 +177,23 @@ int RunTrace(const TraceOptions& o) {
       std::cerr << "pictrace: --mark " << m.first << "," << height - 1 - m.second
                 << ": no region there\n";
 
-  CPTRegions regions;
-  engine.GetRegions(&regions, engine.m_nOutputLineType);
-
-  TraceDocument doc;
-  doc.source = o.input;
-  doc.imageWidth = width;
-  doc.imageHeight = height;
-  doc.output = engine.m_rcImageReal;
-  doc.lineType = engine.m_nOutputLineType;
-  for (INT_PTR i = 0; i < engine.m_arrColorList.GetSize(); i++) doc.colors.push_back(engine.m_arrColorList[i]);
-  for (INT_PTR i = 0; i < engine.m_arrNearestColors.GetSize(); i++) {
-    COLORREF c = engine.m_arrNearestColors[i];
-    doc.threadColors.push_back(c);
-    const ThreadColor* entry = nullptr;
-    for (const ThreadColor& t : table)
-      if (t.color == c) {
-        entry = &t;
-        break;
-      }
-    doc.threads.push_back(entry);
-  }
-  doc.regions = &regions;
-
-  if (!WriteTextFile(o.output, FormatSvg(doc), error)) return Fail(error);
-  if (!o.json.empty() && !WriteTextFile(o.json, FormatJson(doc), error)) return Fail(error);
-  if (!o.preview.empty()) {
-    CRasterDC dc(width, height);
-    engine.DrawPolygon(&dc, CRect(0, 0, width, height), 0, 0);
-    if (!WritePng(o.preview, dc.GetBits(), width, height, dc.GetStride(), error)) return Fail(error);
-  }
+  OutputDocument doc;
+  TakeFrame(doc, engine, o.input);
+  TakeRegions(doc, engine, table);
+  if (!WriteOutputs(doc, engine, o.outputs, error)) return Fail(error);
   int nBackground = -1;
   if (!o.background.empty()) {
     engine.ExtractBackground();
-    CPTRegions background;
-    engine.GetBackgroundRegions(&background, engine.m_nOutputLineType);
-    nBackground = background.m_nRegions;
-    TraceDocument backgroundDoc = doc;
-    backgroundDoc.regions = &background;
-    if (!WriteTextFile(o.background, FormatSvg(backgroundDoc), error)) return Fail(error);
+    OutputDocument background;
+    TakeFrame(background, engine, o.input);
+    TakeRegions(background, engine, table, true);
+    nBackground = background.regions.m_nRegions;
+    if (!WriteFileBytes(o.background, FormatSvg(background, engine), error)) return Fail(error);
   }
-  std::ostream& report = SummaryStream(o.output);
-  report << "trace: " << regions.m_nRegions << " regions in " << doc.colors.size()
+  std::ostream& report = SummaryStream(o.outputs);
+  report << "trace: " << doc.regions.m_nRegions << " regions in " << doc.colors.size()
          << " colours, " << width << " x " << height << " pixels";
-  if (o.output != "-") report << " -> " << o.output;
+  if (o.outputs[0] != "-") report << " -> " << o.outputs[0];  // the SVG
   if (nBackground >= 0) report << "; " << nBackground << " background regions -> " << o.background;
   report << "\n";
   return 0;
@@ -238,7 +205,7 @@ Command AddTraceCommand(CLI::App& parent) {
   auto o = std::make_shared<TraceOptions>();
   CLI::App* app = parent.add_subcommand(
       "trace", "Segment a picture into flat colour regions and write them as SVG");
-  AddPictureAndSvgOptions(app, o->input, o->output);
+  AddPictureAndOutputOptions(app, o->input, o->outputs);
   app->add_option("--colors", o->colors, "number of colours wanted (1 to 50, default 8)")
       ->check(CLI::Range(1, kMaxColors));
   app->add_option("--sensitivity", o->sensitivity,
@@ -258,8 +225,6 @@ Command AddTraceCommand(CLI::App& parent) {
                   "thread matching: 0 hue distance, 1 the same with each thread once, "
                   "2 RGB distance, 3 RGB with each thread once (default 0)")
       ->check(CLI::Range(0, 3));
-  app->add_option("--json", o->json, "also write the regions and colours as JSON");
-  app->add_option("--preview", o->preview, "also paint the regions into a PNG");
   app->add_flag("--no-retry", o->noRetry, "one clustering pass, even when the count is missed");
   app->add_option("--denoise", o->denoise,
                   "smooth the picture first, keeping its edges; LAMBDA >= 0, larger keeps only "

@@ -10,7 +10,7 @@
 #include "Pictrace.h"
 #include "common/TestImages.h"
 #include "core/OutlineRecords.h"
-#include "thinline/LineArtJob.h"
+#include "PictraceLineArt.h"
 #include "core/ThinLineRecords.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include "Pictrace.h"
 #include "core/OutlineRecords.h"
 #include "thinline/AsciiPicture.h"
-#include "thinline/LineArtJob.h"
+#include "PictraceLineArt.h"
 
 using namespace thintest;
 

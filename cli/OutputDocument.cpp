@@ -1,0 +1,73 @@
+#include "cli/OutputDocument.h"
+
+#include <charconv>
+
+#include "Pictrace.h"
+
+namespace pictrace {
+
+namespace {
+
+COLORREF Entry(const std::vector<COLORREF>& list, int n) {
+  if (n < 1 || n > static_cast<int>(list.size())) return 0;
+  return list[static_cast<size_t>(n - 1)];
+}
+
+std::vector<COLORREF> Copy(const CDWordArray& list) {
+  std::vector<COLORREF> out;
+  for (INT_PTR i = 0; i < list.GetSize(); i++) out.push_back(list[i]);
+  return out;
+}
+
+}  // namespace
+
+COLORREF OutputDocument::PaintColor(int n) const {
+  if (threads.empty()) return Entry(colors, n);
+  if (n < 1 || n > static_cast<int>(threads.size())) return 0;
+  return threads[static_cast<size_t>(n - 1)].color;
+}
+
+COLORREF OutputDocument::LineColor(int n) const { return Entry(lineColors, n); }
+
+void TakeFrame(OutputDocument& doc, CPictrace& engine, const std::string& source) {
+  doc.source = source;
+  doc.imageWidth = engine.m_bmiHeader.biWidth;
+  doc.imageHeight = engine.m_bmiHeader.biHeight;
+  doc.output = engine.m_rcImageReal;
+  doc.lineType = engine.m_nOutputLineType;
+}
+
+void TakeRegions(OutputDocument& doc, CPictrace& engine, const std::vector<ThreadColor>& table,
+                 bool bBackground) {
+  doc.hasRegions = true;
+  if (bBackground) engine.GetBackgroundRegions(&doc.regions, engine.m_nOutputLineType);
+  else engine.GetRegions(&doc.regions, engine.m_nOutputLineType);
+  doc.colors = Copy(engine.m_arrColorList);
+  doc.threads.clear();
+  for (COLORREF c : Copy(engine.m_arrNearestColors)) {
+    ThreadEntry entry;
+    entry.color = c;
+    for (const ThreadColor& t : table)
+      if (t.color == c) {
+        entry.inTable = true;
+        entry.name = t.name;
+        entry.code = t.code;
+        break;
+      }
+    doc.threads.push_back(entry);
+  }
+}
+
+void TakeLines(OutputDocument& doc, CPictrace& engine) {
+  doc.hasLines = true;
+  engine.GetThinLines(&doc.lines);
+  doc.lineColors = Copy(engine.m_arrLineColors);
+}
+
+std::string FormatFloat(float v) {
+  char buf[32];
+  auto r = std::to_chars(buf, buf + sizeof buf, v);
+  return std::string(buf, r.ptr);
+}
+
+}  // namespace pictrace

@@ -1,0 +1,70 @@
+// What a run hands to its output writers: the regions of a trace or the
+// centre lines of a line drawing, their colour lists, the thread matched to
+// each colour, and the picture and output rectangle they belong to. Every
+// writer reads only this, so every format serves both commands.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "PTResults.h"
+#include "cli/ThreadTable.h"
+
+class CPictrace;
+
+namespace pictrace {
+
+// The thread matched to one colour of the list: its colour, and its name and
+// code when the table has an entry of that colour.
+struct ThreadEntry {
+  COLORREF color = 0;
+  bool inTable = false;
+  std::string name;
+  std::string code;
+};
+
+struct OutputDocument {
+  OutputDocument() = default;
+  OutputDocument(const OutputDocument&) = delete;  // the result classes free their arrays
+  OutputDocument& operator=(const OutputDocument&) = delete;
+
+  std::string source;          // the input file, for the record
+  int imageWidth = 0;          // the picture, in pixels
+  int imageHeight = 0;
+  RECT output = {0, 0, 0, 0};  // the output rectangle the coordinates are in
+  int lineType = 0;            // 0 straight lines, 1 cubic Beziers
+
+  // Regions (trace): a region's colour index n means colors[n - 1].
+  bool hasRegions = false;
+  std::vector<COLORREF> colors;
+  std::vector<ThreadEntry> threads;  // with a thread table: one per colour
+  CPTRegions regions;
+
+  // Centre lines (lines): a line's colour index n means lineColors[n - 1].
+  bool hasLines = false;
+  std::vector<COLORREF> lineColors;
+  bool hasBackground = false;  // the colour taken as background, if any
+  COLORREF background = 0;
+  CPTThinLines lines;
+
+  // The colour a region of index n is painted with: its thread's when a
+  // table was given, else its own; black for a stray index.
+  COLORREF PaintColor(int n) const;
+  // The colour of a line of index n; black for a stray index.
+  COLORREF LineColor(int n) const;
+};
+
+// The picture, output rectangle and line type of the engine's current run.
+void TakeFrame(OutputDocument& doc, CPictrace& engine, const std::string& source);
+// The engine's regions (its background regions when bBackground), its colour
+// list and, when it matched thread colours, the table entry of each.
+void TakeRegions(OutputDocument& doc, CPictrace& engine, const std::vector<ThreadColor>& table,
+                 bool bBackground = false);
+// The engine's centre lines and line colour list.
+void TakeLines(OutputDocument& doc, CPictrace& engine);
+
+// The shortest decimal text that reads back as the same float: the one
+// number format of every writer.
+std::string FormatFloat(float v);
+
+}  // namespace pictrace
