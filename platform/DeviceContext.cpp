@@ -16,21 +16,23 @@ CDC::CDC() : m_hDC(this) {
 
 CDC::~CDC() = default;
 
-CPen* CDC::SelectObject(CPen* pPen) {
-  if (pPen == nullptr || !pPen->IsCreated()) return nullptr;
-  CPen* previous = m_pPen;
-  m_pPen = pPen;
-  m_curPen.CopyAttributes(*pPen);
-  return previous;
+namespace {
+
+// Selecting an object that was never created fails and changes nothing;
+// otherwise the context keeps a copy of its attributes and hands back the
+// object selected before.
+template <class T>
+T* Select(T* pObject, T*& pSelected, T& current) {
+  if (pObject == nullptr || !pObject->IsCreated()) return nullptr;
+  current.CopyAttributes(*pObject);
+  return std::exchange(pSelected, pObject);
 }
 
-CBrush* CDC::SelectObject(CBrush* pBrush) {
-  if (pBrush == nullptr || !pBrush->IsCreated()) return nullptr;
-  CBrush* previous = m_pBrush;
-  m_pBrush = pBrush;
-  m_curBrush.CopyAttributes(*pBrush);
-  return previous;
-}
+}  // namespace
+
+CPen* CDC::SelectObject(CPen* pPen) { return Select(pPen, m_pPen, m_curPen); }
+
+CBrush* CDC::SelectObject(CBrush* pBrush) { return Select(pBrush, m_pBrush, m_curBrush); }
 
 // The setters return the previous value, or 0 (leaving the state alone) for
 // a value GDI does not know.
