@@ -11,16 +11,15 @@ namespace {
 
 const COLORREF kRed = RGB(255, 0, 0), kBlue = RGB(0, 0, 255), kGrey = RGB(100, 100, 100);
 
+// A thin line through the points, its box spanning them.
 COutlineThinline* Line(const hand::Chain& points, COLORREF color) {
   COutlineThinline* line = new COutlineThinline;
   line->m_crColor = color;
   line->m_pVector = new COutlineVector;
   hand::SetChain(line->m_pVector->m_pPoints, line->m_pVector->m_nPoints, points);
-  CRect& rc = line->m_pVector->m_rcBound;
-  rc = CRect(points[0].first, points[0].second, points[0].first, points[0].second);
-  for (const auto& p : points)
-    rc = CRect(std::min<LONG>(rc.left, p.first), std::min<LONG>(rc.top, p.second),
-               std::max<LONG>(rc.right, p.first), std::max<LONG>(rc.bottom, p.second));
+  COutlineRegion* box = hand::Region(points, 0, 0);  // inclusive pixel box, one short at the far end
+  line->m_pVector->m_rcBound.SetRect(box->m_rcBound.left, box->m_rcBound.top, box->m_rcBound.right + 1, box->m_rcBound.bottom + 1);
+  delete box;
   return line;
 }
 
@@ -75,37 +74,29 @@ TEST_F(Marking, ClickTogglesTheLaterLineNearAVertexWithinItsBox) {
   }
 }
 
-TEST_F(Marking, RegionsOfAColourOutsideTheListAreThoseWithinTheRadius) {
-  e.m_arrColorList.Add(kRed);
-  e.m_arrColorList.Add(kBlue);
-  // Squared distances 0, 225 and 226 from grey; the radius is 15.
-  for (COLORREF c : {kGrey, RGB(115, 100, 100), RGB(115, 101, 100), RGB(100, 100, 85)})
-    e.m_listOutlineRegions.push_back(hand::Region(hand::Rect(0, 0, 2, 2), 0, c));
-  e.MarkRegions(kGrey, 3, 0);
-  EXPECT_EQ(Flags(e.m_listOutlineRegions, &COutlineRegion::m_bSkip), "3303");
-  // On the stored list only the exact colour is marked.
-  e.CopyOutlines();
-  e.MarkRegions(kGrey, 7, 1);
-  EXPECT_EQ(Flags(e.m_listStoredRegions, &COutlineRegion::m_bMarked), "7000");
-}
-
-TEST_F(Marking, RegionsOfAThreadColourAreThoseNearestToItsListColours) {
+TEST_F(Marking, RegionsOfAColour) {
   const COLORREF kThreadA = RGB(200, 10, 10), kThreadB = RGB(10, 10, 200);
   for (COLORREF c : {kRed, kBlue, RGB(250, 0, 0)}) e.m_arrColorList.Add(c);
-  for (COLORREF c : {kThreadA, kThreadB, kThreadA}) e.m_arrNearestColors.Add(c);
-  // Nearest list entries 0, 2, 1 and 2.
-  for (COLORREF c : {kRed, RGB(240, 0, 0), kBlue, RGB(252, 0, 0)})
+  // Nearest list entries 0, 2, 1, 2; then grey and colours 225, 226 and 225 from it
+  // (all nearest to entry 2).
+  for (COLORREF c : {kRed, RGB(240, 0, 0), kBlue, RGB(252, 0, 0), kGrey, RGB(115, 100, 100), RGB(115, 101, 100),
+                     RGB(100, 100, 85)})
     e.m_listOutlineRegions.push_back(hand::Region(hand::Rect(0, 0, 2, 2), 0, c));
+  // No thread colours yet: the regions within the radius (15) of the colour.
+  e.MarkRegions(kGrey, 3, 0);
+  EXPECT_EQ(Flags(e.m_listOutlineRegions, &COutlineRegion::m_bSkip), "00003303");
+  for (COLORREF c : {kThreadA, kThreadB, kThreadA}) e.m_arrNearestColors.Add(c);
   e.MarkRegions(kThreadA, 1, 0);  // every list colour whose thread colour matches
-  EXPECT_EQ(Flags(e.m_listOutlineRegions, &COutlineRegion::m_bSkip), "1101");
+  EXPECT_EQ(Flags(e.m_listOutlineRegions, &COutlineRegion::m_bSkip), "11011111");
   e.MarkRegions(kThreadB, 2, 0);
-  EXPECT_EQ(Flags(e.m_listOutlineRegions, &COutlineRegion::m_bSkip), "1121");
+  EXPECT_EQ(Flags(e.m_listOutlineRegions, &COutlineRegion::m_bSkip), "11211111");
   // Stored list: the first equal list colour, and only regions at distance 0.
   e.CopyOutlines();
   e.MarkRegions(kRed, 1, 1);
-  EXPECT_EQ(Flags(e.m_listStoredRegions, &COutlineRegion::m_bMarked), "1000");
   e.MarkRegions(RGB(250, 0, 0), 1, 1);
-  EXPECT_EQ(Flags(e.m_listStoredRegions, &COutlineRegion::m_bMarked), "1000");
+  e.MarkRegions(RGB(101, 100, 100), 7, 1);  // not a list colour: the radius, distance 0 only
+  e.MarkRegions(kGrey, 7, 1);
+  EXPECT_EQ(Flags(e.m_listStoredRegions, &COutlineRegion::m_bMarked), "10007000");
 }
 
 TEST_F(Marking, LinesOfAColour) {

@@ -17,13 +17,12 @@ void ExpectPoint(const CPTPoint& p, double x, double y) {
 }
 
 TEST(RegionOutput, StraightLinesAreTheChainFlippedAndMapped) {
-  // A 10 x 10 picture; the region touches its left, right and top edges:
+  // The region touches the left, right and top edges of a 10 x 10 picture:
   // chain (0,3) (10,3) (10,10) (0,10) (0,3), top-down y = 10 - y.
   const double corners[5][2] = {{0, 7}, {10, 7}, {10, 0}, {0, 0}, {0, 7}};
   struct Case { LONG l, t, r, b; double sx, sy; } cases[] = {
       {0, 0, 0, 0, 1, 1}, {100, 200, 100, 200, 1, 1}, {5, -10, 25, 20, 2, 3},
-      {0, 0, 0, 30, 1, 1},   // no width: unscaled
-      {7, 0, 37, 0, 1, 1}};  // no height
+      {0, 0, 0, 30, 1, 1}, {7, 0, 37, 0, 1, 1}};  // no width or no height: unscaled
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.l << "," << c.t << "," << c.r << "," << c.b);
     CPictrace e;
@@ -36,9 +35,8 @@ TEST(RegionOutput, StraightLinesAreTheChainFlippedAndMapped) {
     CPTRegions out;
     e.GetRegions(&out, 0);
     ASSERT_EQ(out.m_nRegions, 1);
-    ASSERT_EQ(out.m_pRegions[0].m_nPolygons, 1);
     const CPTPolygon& p = out.m_pRegions[0].m_pPolygons[0];
-    ASSERT_EQ(p.m_nLines, 4);
+    ASSERT_EQ(std::make_tuple(out.m_pRegions[0].m_nPolygons, p.m_nLines), std::make_tuple(1, 4));
     EXPECT_NE(p.m_pLines, r->m_pPolygon->m_pLines);  // the host's own array
     for (int i = 0; i < 4; i++) {
       const CPTLine& l = p.m_pLines[i];
@@ -46,64 +44,50 @@ TEST(RegionOutput, StraightLinesAreTheChainFlippedAndMapped) {
       ExpectPoint(r->m_pPolygon->m_pLines[i].m_ptEnd, corners[i + 1][0], corners[i + 1][1]);
       ExpectPoint(l.m_ptStart, c.l + corners[i][0] * c.sx, c.t + corners[i][1] * c.sy);
       ExpectPoint(l.m_ptEnd, c.l + corners[i + 1][0] * c.sx, c.t + corners[i + 1][1] * c.sy);
-      // The control points of straight lines stay at (0, 0) and are mapped too.
-      ExpectPoint(l.m_ptCtrl1, c.l, c.t);
+      ExpectPoint(l.m_ptCtrl1, c.l, c.t);  // straight lines' control points (0, 0), mapped too
       ExpectPoint(l.m_ptCtrl2, c.l, c.t);
     }
   }
 }
 
-TEST(RegionOutput, RegionsComeByColourWithoutSkippedOrStrayOnesCountingFromOne) {
+TEST(RegionOutput, RegionsComeByColourWithoutSkippedOrStrayOnesAndWithTheNarrowFlag) {
+  // 100 x 100 pixels in 200 x 300 units: the flag needs half the doubled
+  // area times 2 * 3 to reach 2500.
   CPictrace e;
-  hand::Load(e, 10, 10);
+  hand::Load(e, 100, 100);
+  e.SetImageRealRect(0, 0, 200, 300);
   e.m_arrColorList.Add(RGB(200, 200, 200));
   e.m_arrColorList.Add(RGB(10, 10, 10));
-  // In list order: colour index, right edge (tells the regions apart), skipped.
-  struct Case { int colour, right, skip; } cases[] = {{1, 1, 0}, {0, 2, 0}, {0, 3, 1}, {1, 4, 0}, {2, 5, 0}, {-1, 6, 0}};
+  // In list order: colour index, right edge (tells them apart), skipped, narrow, doubled area.
+  struct Case { int colour, right, skip, narrow, area; } cases[] = {
+      {1, 1, 0, 1, 834}, {0, 2, 0, 1, 833}, {0, 3, 1, 1, 5000}, {1, 4, 0, 0, 5000}, {2, 5, 0, 1, 5000},
+      {-1, 6, 0, 1, 5000}, {0, 7, 0, 7, 2000}};
   std::vector<COutlineRegion*> made;
   for (const Case& c : cases) {
     made.push_back(hand::Region(hand::Rect(0, 0, c.right, 2), c.colour, 0));
-    made.back()->m_bSkip = c.skip;
+    made.back()->m_bSkip = c.skip, made.back()->m_bNarrow = static_cast<BYTE>(c.narrow), made.back()->m_nArea = c.area;
     e.m_listOutlineRegions.push_back(made.back());
   }
   // Chains of one point or none give polygons without lines.
   e.m_listOutlineRegions.push_back(hand::Region({{3, 3}}, 0, 0));
   e.m_listOutlineRegions.push_back(hand::Region({}, 0, 0));
   hand::Build(e, 0);
-  EXPECT_EQ(made[4]->m_pPolygon, nullptr);  // no such colour: never built
-  EXPECT_EQ(made[5]->m_pPolygon, nullptr);
+  EXPECT_EQ(std::make_tuple(made[4]->m_pPolygon, made[5]->m_pPolygon), std::make_tuple(nullptr, nullptr));
   ASSERT_NE(made[2]->m_pPolygon, nullptr);  // skipped regions are built all the same
   CPTRegions out;
   e.GetRegions(&out, 0);
-  ASSERT_EQ(out.m_nRegions, 5);
-  const int index[] = {1, 1, 1, 2, 2}, lines[] = {4, 0, 0, 4, 4}, right[] = {2, 0, 0, 1, 4};
-  for (int i = 0; i < 5; i++) {
+  ASSERT_EQ(out.m_nRegions, 6);
+  const int index[] = {1, 1, 1, 1, 2, 2}, lines[] = {4, 4, 0, 0, 4, 4}, right[] = {2, 7, 0, 0, 1, 4}, flag[] = {0, 1, 0, 0, 1, 0};
+  for (int i = 0; i < 6; i++) {
     const CPTRegion& reg = out.m_pRegions[i];
-    EXPECT_EQ(reg.m_nColorIndex, index[i]) << i;
-    EXPECT_EQ(reg.m_nRegionFlag, 0) << i;
-    ASSERT_EQ(reg.m_pPolygons[0].m_nLines, lines[i]) << i;
-    if (lines[i]) EXPECT_EQ(reg.m_pPolygons[0].m_pLines[0].m_ptEnd.x, right[i]) << i;
-    else EXPECT_EQ(reg.m_pPolygons[0].m_pLines, nullptr);
+    EXPECT_EQ(std::make_tuple(reg.m_nColorIndex, reg.m_nRegionFlag, reg.m_pPolygons[0].m_nLines),
+              std::make_tuple(index[i], flag[i], lines[i])) << i;
+    if (lines[i] && reg.m_pPolygons[0].m_nLines) {
+      EXPECT_EQ(reg.m_pPolygons[0].m_pLines[0].m_ptEnd.x, 2 * right[i]) << i;  // 2 units a pixel
+    } else {
+      EXPECT_EQ(reg.m_pPolygons[0].m_pLines, nullptr);
+    }
   }
-}
-
-TEST(RegionOutput, NarrowFlagNeedsTheFlagAndHalfTheScaledAreaAt2500) {
-  // 100 x 100 pixels in 200 x 300 units: half the doubled area times 2 * 3.
-  CPictrace e;
-  hand::Load(e, 100, 100);
-  e.SetImageRealRect(0, 0, 200, 300);
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  struct Case { int narrow, area, flag; } cases[] = {{1, 834, 1}, {1, 833, 0}, {0, 5000, 0}, {7, 2000, 1}};
-  for (const Case& c : cases) {
-    COutlineRegion* r = hand::Region(hand::Rect(0, 0, 4, 4), 0, 0);
-    r->m_bNarrow = static_cast<BYTE>(c.narrow);
-    r->m_nArea = c.area;
-    e.m_listOutlineRegions.push_back(r);
-  }
-  CPTRegions out;
-  e.GetRegions(&out, 1);
-  ASSERT_EQ(out.m_nRegions, 4);
-  for (int i = 0; i < 4; i++) EXPECT_EQ(out.m_pRegions[i].m_nRegionFlag, cases[i].flag) << i;
 }
 
 TEST(RegionOutput, HolesFollowTheOuterOutlineAndUnbuiltSlotsComeOutEmpty) {
@@ -114,20 +98,17 @@ TEST(RegionOutput, HolesFollowTheOuterOutlineAndUnbuiltSlotsComeOutEmpty) {
   hand::AddHole(hand::AddHole(r, hand::Rect(2, 2, 4, 4)), hand::Rect(6, 6, 9, 9));
   hand::AddHole(r, {{12, 12}, {15, 12}, {15, 15}});  // an open chain: two lines
   e.m_listOutlineRegions.push_back(r);
-  CPTRegions unbuilt;
-  e.GetRegions(&unbuilt, 0);  // the stored type: nothing is built
-  ASSERT_EQ(unbuilt.m_nRegions, 1);
-  ASSERT_EQ(unbuilt.m_pRegions[0].m_nPolygons, 4);
-  for (int k = 0; k < 4; k++) EXPECT_EQ(unbuilt.m_pRegions[0].m_pPolygons[k].m_pLines, nullptr);
-  hand::Build(e, 0);
-  CPTRegions out;
-  e.GetRegions(&out, 0);
-  ASSERT_EQ(out.m_pRegions[0].m_nPolygons, 4);
-  const int lines[] = {4, 4, 4, 2};
-  const double starts[][2] = {{0, 20}, {2, 18}, {6, 14}, {12, 8}};
-  for (int k = 0; k < 4; k++) {
-    ASSERT_EQ(out.m_pRegions[0].m_pPolygons[k].m_nLines, lines[k]) << k;
-    ExpectPoint(out.m_pRegions[0].m_pPolygons[k].m_pLines[0].m_ptStart, starts[k][0], starts[k][1]);
+  for (int built = 0; built < 2; built++) {
+    if (built) hand::Build(e, 0);
+    CPTRegions out;
+    e.GetRegions(&out, 0);  // the stored type: nothing is built here
+    ASSERT_EQ(std::make_tuple(out.m_nRegions, out.m_pRegions[0].m_nPolygons), std::make_tuple(1, 4));
+    const int lines[] = {4, 4, 4, 2};
+    const double starts[][2] = {{0, 20}, {2, 18}, {6, 14}, {12, 8}};
+    for (int k = 0; k < 4; k++) {
+      ASSERT_EQ(out.m_pRegions[0].m_pPolygons[k].m_nLines, built ? lines[k] : 0) << k;
+      if (built) ExpectPoint(out.m_pRegions[0].m_pPolygons[k].m_pLines[0].m_ptStart, starts[k][0], starts[k][1]);
+    }
   }
 }
 
@@ -146,9 +127,7 @@ TEST(RegionOutput, OnlyAnotherLineTypeRebuildsReportingPerColour) {
   log.positions.clear();
   CPTRegions none;
   e.GetRegions(&none, 1);  // no regions: nothing built, nothing reported
-  EXPECT_EQ(none.m_nRegions, 0);
-  EXPECT_EQ(none.m_pRegions, nullptr);
-  EXPECT_TRUE(log.positions.empty());
+  EXPECT_EQ(std::make_tuple(none.m_nRegions, none.m_pRegions, log.positions.size()), std::make_tuple(0, nullptr, size_t{0}));
 
   e.m_arrColorList.Add(RGB(9, 9, 9));
   e.m_arrColorList.Add(RGB(1, 2, 3));
@@ -159,29 +138,24 @@ TEST(RegionOutput, OnlyAnotherLineTypeRebuildsReportingPerColour) {
   // Colour 0 at 0 % (swallowed), colour 1 at 50 * 1/2, the end at 50.
   EXPECT_EQ(log.positions, (std::vector<int>{25, 50}));
   EXPECT_FLOAT_EQ(e.m_fProgressPos, 50.0f);
-  r->m_pPolygon->m_pLines[0].m_ptStart.x = 42.0f;  // survives while nothing rebuilds
-  for (int call = 0; call < 2; call++) {
-    CPTRegions out;
-    e.GetRegions(&out, 0);
-    EXPECT_EQ(out.m_pRegions[0].m_pPolygons[0].m_pLines[0].m_ptStart.x, 42.0f);
-  }
-  // Another type rebuilds on every call; the stored type stays.
-  for (int call = 0; call < 2; call++) {
+  for (int type : {0, 0, 1, 1}) {
+    // A mark survives while nothing rebuilds; another type rebuilds on every
+    // call and leaves the stored type.
     r->m_pPolygon->m_pLines[0].m_ptStart.x = 42.0f;
     CPTRegions out;
-    e.GetRegions(&out, 1);
+    e.GetRegions(&out, type);
+    EXPECT_EQ(r->m_pPolygon->m_pLines[0].m_ptStart.x == 42.0f, type == 0);
     EXPECT_EQ(e.m_nOutputLineType, 0);
-    EXPECT_NE(r->m_pPolygon->m_pLines[0].m_ptStart.x, 42.0f);
     ASSERT_EQ(out.m_pRegions[0].m_nPolygons, 3);
+    if (type == 0) continue;
     EXPECT_EQ(out.m_pRegions[0].m_pPolygons[2].m_nLines, 0);  // one point: no curve
     for (int k = 0; k < 2; k++) {
-      // Closed chains of Bezier lines through the corners, y flipped.
+      // Closed chains of Bezier lines, y flipped.
       const CPTPolygon& p = out.m_pRegions[0].m_pPolygons[k];
       ASSERT_GE(p.m_nLines, 4);
       for (int i = 0; i < p.m_nLines; i++) {
         EXPECT_EQ(p.m_pLines[i].m_nType, 1);
-        const CPTPoint& next = p.m_pLines[(i + 1) % p.m_nLines].m_ptStart;
-        ExpectPoint(p.m_pLines[i].m_ptEnd, next.x, next.y);
+        ExpectPoint(p.m_pLines[i].m_ptEnd, p.m_pLines[(i + 1) % p.m_nLines].m_ptStart.x, p.m_pLines[(i + 1) % p.m_nLines].m_ptStart.y);
       }
     }
     ExpectPoint(out.m_pRegions[0].m_pPolygons[1].m_pLines[0].m_ptStart, 10, 30);
@@ -202,12 +176,10 @@ TEST(ColorCountRetry, TargetsOfEveryPass) {
     pictrace::ColorCountRetry r(c.wanted);
     std::vector<int> targets{r.Target()};
     size_t i = 0;
-    bool more = r.AfterFirstPass(c.counts[i++], c.noRetry);
-    while (more && i < c.counts.size()) {
+    for (bool more = r.AfterFirstPass(c.counts[i++], c.noRetry); more; more = r.AfterRetry(c.counts[i++])) {
       targets.push_back(r.Target());
-      more = r.AfterRetry(c.counts[i++]);
+      ASSERT_LT(i, c.counts.size()) << "more passes than counts";
     }
-    EXPECT_FALSE(more) << "more passes than counts";
     EXPECT_EQ(targets, c.targets) << "wanted " << c.wanted << ", first count " << c.counts[0];
   }
 }
