@@ -3,7 +3,6 @@
 // where the objects lie, checked pixel by pixel on the regions handed out.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <tuple>
@@ -147,33 +146,6 @@ TEST(Background, NothingToExtractGivesAnEmptyResult) {
   e.ResetPictrace();
   EXPECT_EQ(e.ExtractBackground(), 0);
   EXPECT_TRUE(e.m_listBackgroundRegions.empty());
-}
-
-TEST(Background, FlagBackgroundIsWhatTheMarkingSkips) {
-  // On a real clip art, the background and the regions the marking leaves
-  // in tile the picture, but for the few pixels where the two traces smooth
-  // a border differently.
-  auto dib = testimg::LoadDib(testimg::ExamplePath("flag_kr.png"));
-  CPictrace e;
-  ASSERT_EQ(e.SetDIBData(dib.data()), 1);
-  const int w = e.m_bmiHeader.biWidth, h = e.m_bmiHeader.biHeight;
-  e.DoSegmentation(4, nullptr, 1.0, 0, nullptr);
-  ASSERT_EQ(e.ExtractBackground(), 1);
-  int regions = 0, index = 0;
-  pipetest::Coverage back = Background(e, &regions, &index);
-  const COLORREF bg = e.m_arrColorList[index - 1];
-  EXPECT_GT(std::min({GetRValue(bg), GetGValue(bg), GetBValue(bg)}), 200);
-  EXPECT_LE(regions, 2);
-  e.MarkBackground();
-  CPTRegions kept;
-  e.GetRegions(&kept, 0);
-  pipetest::Coverage fg = pipetest::RasterizeRegions(kept, w, h);
-  int wrong = 0, background = 0;
-  for (size_t i = 0; i < fg.count.size(); i++) wrong += fg.count[i] + back.count[i] != 1, background += back.count[i];
-  EXPECT_EQ(back.CoveredTwice(), 0);
-  EXPECT_LT(wrong, w * h / 5000);
-  EXPECT_EQ(std::make_pair(back.count[0], back.count[(h / 2) * w + w / 2]), std::make_pair(1, 0));  // corner, emblem
-  EXPECT_GT(background, w * h / 2);
 }
 
 }  // namespace

@@ -214,9 +214,7 @@ struct RecordingWnd : CWnd {
   }
   std::vector<Message> messages;
 };
-struct ProgressEngine : CPictrace {
-  using CPictrace::ShowProgress;
-};
+struct ProgressEngine : CPictrace { using CPictrace::ShowProgress; };
 
 TEST(Progress, BeginStepsAndEnd) {
   for (auto kind : {std::pair<int, float>{0, 100.0f}, {1, 80.0f}, {2, 40.0f}, {7, 40.0f}, {-1, 40.0f}}) {
@@ -242,65 +240,34 @@ TEST(Progress, BeginStepsAndEnd) {
 
 // --- result classes
 
-auto Fields(const CPTLine& a) {
-  return make_tuple(a.m_nType, a.m_ptStart.x, a.m_ptStart.y, a.m_ptCtrl1.x, a.m_ptCtrl1.y, a.m_ptCtrl2.x, a.m_ptCtrl2.y,
-                    a.m_ptEnd.x, a.m_ptEnd.y);
-}
-auto Fields(const CPTPolygonLine& a) {
-  return make_tuple(a.m_nLines, a.m_pLines, a.m_nAttr1, a.m_nAttr2, a.m_nAttr3, a.m_nAttr4, a.m_nAttr5);
-}
-auto Fields(const CPTRegion& a) { return make_tuple(a.m_nPolygons, a.m_pPolygons, a.m_nRegionFlag, a.m_nColorIndex); }
-auto Fields(const CPTThinLine& a) {
-  return make_tuple(a.m_nPolygonLines, a.m_pPolygonLines, a.m_nThinLineFlag, a.m_nColorIndex);
-}
-
-// Constructs T over bytes of 0x5A, fills it with set(), and expects an
-// assigned copy to hold the same fields with the array shared.
-template <class T, class Set>
-void ExpectClearedAndCopied(decltype(Fields(T())) cleared, Set set) {
-  alignas(T) unsigned char storage[sizeof(T)];
+TEST(ResultClasses, ConstructorsClearAndAssignmentIsShallow) {
+  // Built over bytes of 0x5A, a polygon line leaves attributes 4 and 5 as they were.
+  alignas(CPTPolygonLine) unsigned char storage[sizeof(CPTPolygonLine)];
   std::memset(storage, 0x5A, sizeof storage);
-  T* original = new (storage) T;
-  EXPECT_EQ(Fields(*original), cleared);
-  set(*original);
-  T copy;
-  copy = *original;
-  EXPECT_EQ(Fields(copy), Fields(*original));
-  std::memset(static_cast<void*>(&copy), 0, sizeof copy);  // one owner of the array
-  original->~T();
-}
-
-TEST(ResultClasses, LayoutConstructorsAndShallowAssignment) {
-  const size_t p = sizeof(void*);
-  EXPECT_EQ(make_tuple(sizeof(CPTPoint), sizeof(CPTLine), sizeof(CPTPolygon), sizeof(CPTPolygonLine),
-                       sizeof(CPTRegion), sizeof(CPTRegions), sizeof(CPTThinLine), sizeof(CPTThinLines)),
-            make_tuple(size_t{8}, size_t{36}, 2 * p, 2 * p + 24, 2 * p + 8, 2 * p, 2 * p + 8, 2 * p));
-  ExpectClearedAndCopied<CPTLine>(make_tuple(0, 0.f, 0.f, 0.f, 0.f, 0.f, 0.f, 0.f, 0.f), [](CPTLine& a) {
-    a.m_nType = 1, a.m_ptStart.x = 1.5f, a.m_ptStart.y = 2.5f, a.m_ptCtrl1.x = 3.5f, a.m_ptCtrl1.y = 4.5f;
-    a.m_ptCtrl2.x = 5.5f, a.m_ptCtrl2.y = 6.5f, a.m_ptEnd.x = 7.5f, a.m_ptEnd.y = 8.5f;
-  });
-  // The constructor leaves attributes 4 and 5 as the memory held them.
-  ExpectClearedAndCopied<CPTPolygonLine>(make_tuple(0, nullptr, -1, -1, -1, 0x5A5A5A5A, 0x5A5A5A5A), [](CPTPolygonLine& a) {
-    a.m_nLines = 2, a.m_pLines = new CPTLine[2], a.m_nAttr1 = 4, a.m_nAttr2 = 5, a.m_nAttr3 = 6, a.m_nAttr4 = 7, a.m_nAttr5 = 8;
-  });
-  ExpectClearedAndCopied<CPTRegion>(make_tuple(0, nullptr, 0, 0), [](CPTRegion& a) {
-    a.m_nPolygons = 1, a.m_pPolygons = new CPTPolygon[1], a.m_nRegionFlag = 1, a.m_nColorIndex = 9;
-  });
-  ExpectClearedAndCopied<CPTThinLine>(make_tuple(0, nullptr, 0, 0), [](CPTThinLine& a) {
-    a.m_nPolygonLines = 2, a.m_pPolygonLines = new CPTPolygonLine[2], a.m_nThinLineFlag = 3, a.m_nColorIndex = 4;
-  });
-  CPTPolygon polygon, polygonCopy;
-  CPTRegions regions, regionsCopy;
-  CPTThinLines thins, thinsCopy;
-  EXPECT_EQ(make_tuple(polygon.m_nLines, polygon.m_pLines, regions.m_nRegions, regions.m_pRegions, thins.m_nThinLines,
-                       thins.m_pThinLines), make_tuple(0, nullptr, 0, nullptr, 0, nullptr));
-  polygon.m_nLines = 3, polygon.m_pLines = new CPTLine[3], regions.m_nRegions = 2, regions.m_pRegions = new CPTRegion[2];
-  thins.m_nThinLines = 3, thins.m_pThinLines = new CPTThinLine[3];
-  polygonCopy = polygon, regionsCopy = regions, thinsCopy = thins;
-  EXPECT_EQ(make_tuple(polygonCopy.m_nLines, polygonCopy.m_pLines, regionsCopy.m_nRegions, regionsCopy.m_pRegions,
-                       thinsCopy.m_nThinLines, thinsCopy.m_pThinLines),
-            make_tuple(3, polygon.m_pLines, 2, regions.m_pRegions, 3, thins.m_pThinLines));
-  polygonCopy.m_pLines = nullptr, regionsCopy.m_pRegions = nullptr, thinsCopy.m_pThinLines = nullptr;
+  CPTPolygonLine& a = *new (storage) CPTPolygonLine;
+  auto fields = [](const CPTPolygonLine& l) { return make_tuple(l.m_nLines, l.m_pLines, l.m_nAttr1, l.m_nAttr2, l.m_nAttr3, l.m_nAttr4, l.m_nAttr5); };
+  EXPECT_EQ(fields(a), make_tuple(0, nullptr, -1, -1, -1, 0x5A5A5A5A, 0x5A5A5A5A));
+  a.m_nLines = 2, a.m_pLines = new CPTLine[2], a.m_nAttr1 = 4, a.m_nAttr2 = 5, a.m_nAttr3 = 6, a.m_nAttr4 = 7, a.m_nAttr5 = 8;
+  CPTPolygonLine b;
+  b = a;
+  EXPECT_EQ(fields(b), make_tuple(2, a.m_pLines, 4, 5, 6, 7, 8));
+  b.m_pLines = nullptr;
+  a.~CPTPolygonLine();
+  CPTThinLine t, tc;
+  CPTPolygon p, pc;
+  CPTRegions r, rc;
+  CPTThinLines s, sc;
+  EXPECT_EQ(make_tuple(t.m_nPolygonLines, t.m_pPolygonLines, t.m_nThinLineFlag, t.m_nColorIndex, p.m_nLines, p.m_pLines,
+                       r.m_nRegions, r.m_pRegions, s.m_nThinLines, s.m_pThinLines),
+            make_tuple(0, nullptr, 0, 0, 0, nullptr, 0, nullptr, 0, nullptr));
+  t.m_nPolygonLines = 2, t.m_pPolygonLines = new CPTPolygonLine[2], t.m_nThinLineFlag = 3, t.m_nColorIndex = 4;
+  p.m_nLines = 3, p.m_pLines = new CPTLine[3], r.m_nRegions = 2, r.m_pRegions = new CPTRegion[2];
+  s.m_nThinLines = 3, s.m_pThinLines = new CPTThinLine[3];
+  tc = t, pc = p, rc = r, sc = s;
+  EXPECT_EQ(make_tuple(tc.m_nPolygonLines, tc.m_pPolygonLines, tc.m_nThinLineFlag, tc.m_nColorIndex, pc.m_nLines, pc.m_pLines,
+                       rc.m_nRegions, rc.m_pRegions, sc.m_nThinLines, sc.m_pThinLines),
+            make_tuple(2, t.m_pPolygonLines, 3, 4, 3, p.m_pLines, 2, r.m_pRegions, 3, s.m_pThinLines));
+  tc.m_pPolygonLines = nullptr, pc.m_pLines = nullptr, rc.m_pRegions = nullptr, sc.m_pThinLines = nullptr;
 }
 
 }  // namespace

@@ -57,6 +57,11 @@ TEST_F(Preview, PlainRegionIsFilledAndItsHoleLeftUnpainted) {
     }
   EXPECT_GT(stroke, 40);
   EXPECT_EQ(outline.GetPixel(5, 5), kWhite);
+  // Curves: the Bezier point layout fills the same square (its corners stay sharp).
+  hand::Build(e, 1);
+  CRasterDC curves(20, 20);
+  e.DrawPolygon(&curves, CRect(0, 0, 20, 20), 0, 0);
+  testimg::ExpectPixels(curves, {{2, 2, RGB(10, 20, 30)}, {17, 17, RGB(10, 20, 30)}, {9, 9, kWhite}, {1, 9, kWhite}, {18, 9, kWhite}});
 }
 
 TEST_F(Preview, SkippedRegionIsLightenedHalfwayAndHatched) {
@@ -136,25 +141,6 @@ TEST_F(Preview, ThreadColoursReplaceTheCurrentListOnly) {
   EXPECT_EQ(after.GetPixel(5, 5), kWhite);
   e.DrawPolygon(&after, CRect(0, 0, 20, 20), 0, 1);
   EXPECT_EQ(after.GetPixel(5, 5), RGB(250, 10, 10));
-}
-
-TEST_F(Preview, CurvePolygonsUseTheBezierPointLayout) {
-  // A square of degenerate Bezier lines fills like the straight one.
-  e.m_arrColorList.Add(RGB(10, 20, 30));
-  COutlineRegion* r = hand::Region({}, 0, RGB(10, 20, 30));
-  r->m_pPolygon = new CPTPolygon;
-  r->m_pPolygon->m_nLines = 4;
-  r->m_pPolygon->m_pLines = new CPTLine[4];
-  const float corners[5][2] = {{4, 4}, {16, 4}, {16, 16}, {4, 16}, {4, 4}};
-  for (int i = 0; i < 4; i++) {
-    CPTLine& l = r->m_pPolygon->m_pLines[i];
-    l.m_nType = 1, l.m_ptStart.x = corners[i][0], l.m_ptStart.y = corners[i][1];
-    l.m_ptEnd.x = corners[i + 1][0], l.m_ptEnd.y = corners[i + 1][1], l.m_ptCtrl1 = l.m_ptStart, l.m_ptCtrl2 = l.m_ptEnd;
-  }
-  e.m_listOutlineRegions.push_back(r);
-  e.SetOutputLineType(1);
-  e.DrawPolygon(&dc, CRect(0, 0, 20, 20), 0, 0);
-  testimg::ExpectPixels(dc, {{4, 4, RGB(10, 20, 30)}, {15, 15, RGB(10, 20, 30)}, {16, 10, kWhite}, {3, 10, kWhite}});
 }
 
 }  // namespace
