@@ -1,224 +1,173 @@
-// Output polygons and the regions handed to the host, on hand-built outline
-// regions of a 10 x 10 (or 1000 x 1000) picture.
+// Region output on hand-built outline regions: straight lines flipped and
+// mapped into the output rectangle, the choice and order of the regions
+// handed to the host, the narrow flag, the rebuild rule and its progress,
+// curve output; and the colour-count retry rule of the segmentation driver.
 #include <gtest/gtest.h>
 
-#include "output/OutputFixtures.h"
+#include <vector>
 
-using namespace outtest;
+#include "engine/ColorCountRetry.h"
+#include "output/HandRegions.h"
 
 namespace {
 
-void ExpectPoint(const CPTPoint& p, float x, float y) {
-  EXPECT_FLOAT_EQ(p.x, x);
-  EXPECT_FLOAT_EQ(p.y, y);
+void ExpectPoint(const CPTPoint& p, double x, double y) {
+  EXPECT_FLOAT_EQ(p.x, static_cast<float>(x));
+  EXPECT_FLOAT_EQ(p.y, static_cast<float>(y));
 }
 
-}  // namespace
-
-TEST(CreateOutputPolygon, ClosedSquareOfFivePointsGivesFourFlippedLines) {
-  OutputEngine e(10, 10);
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  COutlineRegion* r = MakeRegion(RectChain(1, 2, 5, 7), 0, RGB(1, 2, 3));
-  e.m_listOutlineRegions.push_back(r);
-  e.CreateOutputPolygon(0);
-
-  ASSERT_NE(r->m_pPolygon, nullptr);
-  ASSERT_EQ(r->m_pPolygon->m_nLines, 4);
-  const CPTLine* l = r->m_pPolygon->m_pLines;
-  // y is measured from the top: 10 - y of the bottom-up chain.
-  ExpectPoint(l[0].m_ptStart, 1, 8);
-  ExpectPoint(l[0].m_ptEnd, 5, 8);
-  ExpectPoint(l[1].m_ptEnd, 5, 3);
-  ExpectPoint(l[2].m_ptEnd, 1, 3);
-  ExpectPoint(l[3].m_ptStart, 1, 3);
-  ExpectPoint(l[3].m_ptEnd, 1, 8);
-  for (int i = 0; i < 4; i++) {
-    EXPECT_EQ(l[i].m_nType, 0);
-    ExpectPoint(l[i].m_ptCtrl1, 0, 0);
-    ExpectPoint(l[i].m_ptCtrl2, 0, 0);
+TEST(RegionOutput, StraightLinesAreTheChainFlippedAndMapped) {
+  // The region touches the left, right and top edges of a 10 x 10 picture:
+  // chain (0,3) (10,3) (10,10) (0,10) (0,3), top-down y = 10 - y.
+  const double corners[5][2] = {{0, 7}, {10, 7}, {10, 0}, {0, 0}, {0, 7}};
+  struct Case { LONG l, t, r, b; double sx, sy; } cases[] = {
+      {0, 0, 0, 0, 1, 1}, {100, 200, 100, 200, 1, 1}, {5, -10, 25, 20, 2, 3},
+      {0, 0, 0, 30, 1, 1}, {7, 0, 37, 0, 1, 1}};  // no width or no height: unscaled
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.l << "," << c.t << "," << c.r << "," << c.b);
+    CPictrace e;
+    hand::Load(e, 10, 10);
+    e.SetImageRealRect(c.l, c.t, c.r, c.b);
+    e.m_arrColorList.Add(RGB(1, 2, 3));
+    COutlineRegion* r = hand::Region(hand::Rect(0, 3, 10, 10), 0, RGB(1, 2, 3));
+    hand::AddHole(hand::AddHole(r, hand::Rect(2, 5, 4, 6)), {{6, 4}, {9, 4}, {9, 8}});  // an open chain: two lines
+    e.m_listOutlineRegions.push_back(r);
+    CPTRegions unbuilt, out;
+    e.GetRegions(&unbuilt, 0);  // the stored type: nothing built, empty polygons
+    ASSERT_EQ(std::make_tuple(unbuilt.m_nRegions, unbuilt.m_pRegions[0].m_nPolygons), std::make_tuple(1, 3));
+    EXPECT_EQ(std::make_tuple(unbuilt.m_pRegions[0].m_pPolygons[0].m_pLines, unbuilt.m_pRegions[0].m_pPolygons[2].m_nLines),
+              std::make_tuple(nullptr, 0));
+    e.SetOutputLineType(1);
+    e.GetRegions(&out, 0);
+    const CPTPolygon& p = out.m_pRegions[0].m_pPolygons[0];
+    ASSERT_EQ(std::make_tuple(out.m_nRegions, out.m_pRegions[0].m_nPolygons, p.m_nLines), std::make_tuple(1, 3, 4));
+    const CPTPolygon &h1 = out.m_pRegions[0].m_pPolygons[1], &h2 = out.m_pRegions[0].m_pPolygons[2];
+    ASSERT_EQ(std::make_tuple(h1.m_nLines, h2.m_nLines), std::make_tuple(4, 2));
+    ExpectPoint(h1.m_pLines[0].m_ptStart, c.l + 2 * c.sx, c.t + 5 * c.sy);
+    ExpectPoint(h2.m_pLines[1].m_ptEnd, c.l + 9 * c.sx, c.t + 2 * c.sy);
+    EXPECT_NE(p.m_pLines, r->m_pPolygon->m_pLines);  // the host's own array
+    for (int i = 0; i < 4; i++) {
+      const CPTLine& l = p.m_pLines[i];
+      EXPECT_EQ(l.m_nType, 0);
+      ExpectPoint(r->m_pPolygon->m_pLines[i].m_ptEnd, corners[i + 1][0], corners[i + 1][1]);
+      ExpectPoint(l.m_ptStart, c.l + corners[i][0] * c.sx, c.t + corners[i][1] * c.sy);
+      ExpectPoint(l.m_ptEnd, c.l + corners[i + 1][0] * c.sx, c.t + corners[i + 1][1] * c.sy);
+      ExpectPoint(l.m_ptCtrl1, c.l, c.t);  // straight lines' control points (0, 0), mapped too
+      ExpectPoint(l.m_ptCtrl2, c.l, c.t);
+    }
   }
 }
 
-TEST(CreateOutputPolygon, ShortChainsGiveNoLinesAndStrayIndicesNoPolygon) {
-  OutputEngine e(10, 10);
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  COutlineRegion* single = MakeRegion({{3, 3}}, 0, 0);
-  COutlineRegion* empty = MakeRegion({}, 0, 0);
-  COutlineRegion* stray = MakeRegion(RectChain(0, 0, 2, 2), 1, 0);  // no colour 1
-  e.m_listOutlineRegions = {single, empty, stray};
-  e.CreateOutputPolygon(0);
-  ASSERT_NE(single->m_pPolygon, nullptr);
-  EXPECT_EQ(single->m_pPolygon->m_nLines, 0);
-  ASSERT_NE(empty->m_pPolygon, nullptr);
-  EXPECT_EQ(empty->m_pPolygon->m_nLines, 0);
-  EXPECT_EQ(stray->m_pPolygon, nullptr);
+TEST(RegionOutput, RegionsComeByColourWithoutSkippedOrStrayOnesAndWithTheNarrowFlag) {
+  // 100 x 100 pixels in 200 x 300 units: the flag needs half the doubled
+  // area times 2 * 3 to reach 2500.
+  CPictrace e;
+  hand::Load(e, 100, 100);
+  e.SetImageRealRect(0, 0, 200, 300);
+  e.m_arrColorList.Add(RGB(200, 200, 200));
+  e.m_arrColorList.Add(RGB(10, 10, 10));
+  // In list order: colour index, right edge (tells them apart), skipped, narrow, doubled area.
+  struct Case { int colour, right, skip, narrow, area; } cases[] = {
+      {1, 1, 0, 1, 834}, {0, 2, 0, 1, 833}, {0, 3, 1, 1, 5000}, {1, 4, 0, 0, 5000}, {2, 5, 0, 1, 5000},
+      {-1, 6, 0, 1, 5000}, {0, 7, 0, 7, 2000}};
+  std::vector<COutlineRegion*> made;
+  for (const Case& c : cases) {
+    made.push_back(hand::Region(hand::Rect(0, 0, c.right, 2), c.colour, 0));
+    made.back()->m_bSkip = c.skip, made.back()->m_bNarrow = static_cast<BYTE>(c.narrow), made.back()->m_nArea = c.area;
+    e.m_listOutlineRegions.push_back(made.back());
+  }
+  // Chains of one point or none give polygons without lines.
+  e.m_listOutlineRegions.push_back(hand::Region({{3, 3}}, 0, 0));
+  e.m_listOutlineRegions.push_back(hand::Region({}, 0, 0));
+  hand::Build(e, 0);
+  EXPECT_EQ(std::make_tuple(made[4]->m_pPolygon, made[5]->m_pPolygon), std::make_tuple(nullptr, nullptr));
+  ASSERT_NE(made[2]->m_pPolygon, nullptr);  // skipped regions are built all the same
+  CPTRegions out;
+  e.GetRegions(&out, 0);
+  ASSERT_EQ(out.m_nRegions, 6);
+  const int index[] = {1, 1, 1, 1, 2, 2}, lines[] = {4, 4, 0, 0, 4, 4}, right[] = {2, 7, 0, 0, 1, 4}, flag[] = {0, 1, 0, 0, 1, 0};
+  for (int i = 0; i < 6; i++) {
+    const CPTRegion& reg = out.m_pRegions[i];
+    EXPECT_EQ(std::make_tuple(reg.m_nColorIndex, reg.m_nRegionFlag, reg.m_pPolygons[0].m_nLines),
+              std::make_tuple(index[i], flag[i], lines[i])) << i;
+    if (lines[i] && reg.m_pPolygons[0].m_nLines) {
+      EXPECT_EQ(reg.m_pPolygons[0].m_pLines[0].m_ptEnd.x, 2 * right[i]) << i;  // 2 units a pixel
+    } else {
+      EXPECT_EQ(reg.m_pPolygons[0].m_pLines, nullptr);
+    }
+  }
 }
 
-TEST(CreateOutputPolygon, ReportsProgressPerColourAndAtTheEnd) {
-  OutputEngine e(10, 10);
-  ProgressLog log;
+TEST(RegionOutput, OnlyAnotherLineTypeRebuildsReportingPerColour) {
+  struct Log : CWnd {
+    LRESULT SendMessage(UINT message, WPARAM wParam, LPARAM) override {
+      if (message == WM_PICTRACE_PROGRESS_POS) positions.push_back(static_cast<int>(wParam));
+      return 0;
+    }
+    std::vector<int> positions;
+  } log;
+  CPictrace e;
+  hand::Load(e, 40, 40);
   e.m_pProgressWnd = &log;
   e.BeginProgress(2);  // clustering and polygons: 40 units
   log.positions.clear();
+  CPTRegions none;
+  e.GetRegions(&none, 1);  // no regions: nothing built, nothing reported
+  EXPECT_EQ(std::make_tuple(none.m_nRegions, none.m_pRegions, log.positions.size()), std::make_tuple(0, nullptr, size_t{0}));
+
   e.m_arrColorList.Add(RGB(9, 9, 9));
-  e.m_arrColorList.Add(RGB(1, 1, 1));
-  e.m_listOutlineRegions.push_back(MakeRegion(RectChain(0, 0, 2, 2), 1, 0));
-  e.CreateOutputPolygon(0);
-  // colour 0: 20/40*100*0 = 0 (swallowed); colour 1: 50*1/2 = 25; end: 50.
+  e.m_arrColorList.Add(RGB(1, 2, 3));
+  COutlineRegion* r = hand::Region(hand::Rect(0, 0, 40, 40), 1, 0);
+  hand::AddHole(hand::AddHole(r, hand::Rect(10, 10, 20, 24)), {{5, 5}});
+  e.m_listOutlineRegions.push_back(r);
+  hand::Build(e, 0);
+  // Colour 0 at 0 % (swallowed), colour 1 at 50 * 1/2, the end at 50.
   EXPECT_EQ(log.positions, (std::vector<int>{25, 50}));
   EXPECT_FLOAT_EQ(e.m_fProgressPos, 50.0f);
-}
-
-TEST(GetRegions, EmptyListGivesNoRegionsAndLeavesProgressAlone) {
-  OutputEngine e(10, 10);
-  ProgressLog log;
-  e.m_pProgressWnd = &log;
-  e.BeginProgress(2);
-  log.positions.clear();
-  CPTRegions out;
-  e.GetRegions(&out, 1);  // a differing type asks for a rebuild
-  EXPECT_EQ(out.m_nRegions, 0);
-  EXPECT_TRUE(log.positions.empty());
-  EXPECT_FLOAT_EQ(e.m_fProgressPos, 0.0f);
-}
-
-TEST(GetRegions, ZeroSizeRectangleGivesPixelsPlusItsCorner) {
-  OutputEngine e(10, 10);
-  e.m_rcImageReal = CRect(100, 200, 100, 200);
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  e.m_listOutlineRegions.push_back(MakeRegion(RectChain(1, 2, 5, 7), 0, 0));
-  e.CreateOutputPolygon(0);
-  CPTRegions out;
-  e.GetRegions(&out, 0);
-  ASSERT_EQ(out.m_nRegions, 1);
-  const CPTPolygon& p = out.m_pRegions[0].m_pPolygons[0];
-  ASSERT_EQ(p.m_nLines, 4);
-  ExpectPoint(p.m_pLines[0].m_ptStart, 101, 208);
-  ExpectPoint(p.m_pLines[1].m_ptEnd, 105, 203);
-  // Control points of straight lines are mapped too and land on the corner.
-  ExpectPoint(p.m_pLines[0].m_ptCtrl1, 100, 200);
-  ExpectPoint(p.m_pLines[0].m_ptCtrl2, 100, 200);
-}
-
-TEST(GetRegions, ScalesIntoTheOutputRectangle) {
-  OutputEngine e(10, 10);
-  e.m_rcImageReal = CRect(5, -10, 25, 20);  // 2 units per pixel across, 3 down
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  e.m_listOutlineRegions.push_back(MakeRegion(RectChain(1, 2, 5, 7), 0, 0));
-  e.CreateOutputPolygon(0);
-  CPTRegions out;
-  e.GetRegions(&out, 0);
-  ASSERT_EQ(out.m_nRegions, 1);
-  const CPTLine& l = out.m_pRegions[0].m_pPolygons[0].m_pLines[0];
-  ExpectPoint(l.m_ptStart, 5 + 1 * 2, -10 + 8 * 3);
-  ExpectPoint(l.m_ptEnd, 5 + 5 * 2, -10 + 8 * 3);
-}
-
-TEST(GetRegions, NarrowFlagNeedsTheFlagAndHalfTheScaledAreaAt2500) {
-  OutputEngine e(1000, 1000);
-  e.m_rcImageReal = CRect(0, 0, 2000, 2000);
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  struct Case {
-    int narrow, area, flag;
-  } cases[] = {
-      {1, 2500, 1},  // 2500 * 2 * 2 / 2 = 5000
-      {0, 2500, 0},  // not flagged
-      {1, 1250, 1},  // exactly 2500: the bound is inclusive
-      {1, 1249, 0},  // 2498
-  };
-  for (const Case& c : cases) {
-    COutlineRegion* r = MakeRegion(RectChain(0, 0, 4, 4), 0, 0);
-    r->m_bNarrow = static_cast<BYTE>(c.narrow);
-    r->m_nArea = c.area;
-    e.m_listOutlineRegions.push_back(r);
-  }
-  CPTRegions out;
-  e.GetRegions(&out, 0);
-  ASSERT_EQ(out.m_nRegions, 4);
-  for (int i = 0; i < 4; i++) EXPECT_EQ(out.m_pRegions[i].m_nRegionFlag, cases[i].flag) << i;
-}
-
-TEST(GetRegions, RegionWithThreeHolesGivesFourPolygonsInOrder) {
-  OutputEngine e(20, 20);
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  COutlineRegion* r = MakeRegion(RectChain(0, 0, 20, 20), 0, 0);
-  AddHole(r, RectChain(2, 2, 4, 4));
-  AddHole(r, RectChain(6, 6, 9, 9));
-  AddHole(r, {{12, 12}, {15, 12}, {15, 15}});  // an open chain: two lines
-  e.m_listOutlineRegions.push_back(r);
-  e.CreateOutputPolygon(0);
-  CPTRegions out;
-  e.GetRegions(&out, 0);
-  ASSERT_EQ(out.m_nRegions, 1);
-  const CPTRegion& reg = out.m_pRegions[0];
-  ASSERT_EQ(reg.m_nPolygons, 4);
-  EXPECT_EQ(reg.m_pPolygons[0].m_nLines, 4);
-  EXPECT_EQ(reg.m_pPolygons[3].m_nLines, 2);
-  ExpectPoint(reg.m_pPolygons[1].m_pLines[0].m_ptStart, 2, 18);
-  ExpectPoint(reg.m_pPolygons[2].m_pLines[0].m_ptStart, 6, 14);
-  // The host's arrays are its own: the engine's polygons are not shared.
-  EXPECT_NE(reg.m_pPolygons[0].m_pLines, r->m_pPolygon->m_pLines);
-}
-
-TEST(GetRegions, GroupsByColourLeavesOutSkippedAndCountsFromOne) {
-  OutputEngine e(10, 10);
-  e.m_arrColorList.Add(RGB(200, 200, 200));
-  e.m_arrColorList.Add(RGB(10, 10, 10));
-  COutlineRegion* a = MakeRegion(RectChain(0, 0, 1, 1), 1, 0);
-  COutlineRegion* b = MakeRegion(RectChain(0, 0, 2, 2), 0, 0);
-  COutlineRegion* skipped = MakeRegion(RectChain(0, 0, 3, 3), 0, 0);
-  skipped->m_bSkip = 1;
-  COutlineRegion* c = MakeRegion(RectChain(0, 0, 4, 4), 1, 0);
-  COutlineRegion* stray = MakeRegion(RectChain(0, 0, 5, 5), 2, 0);
-  e.m_listOutlineRegions = {a, b, skipped, c, stray};
-  e.CreateOutputPolygon(0);
-  CPTRegions out;
-  e.GetRegions(&out, 0);
-  ASSERT_EQ(out.m_nRegions, 3);
-  // b (colour 0), then a and c (colour 1) in list order; told apart by width.
-  const int widths[] = {2, 1, 4};
-  const int indices[] = {1, 2, 2};
-  for (int i = 0; i < 3; i++) {
-    EXPECT_EQ(out.m_pRegions[i].m_nColorIndex, indices[i]);
-    EXPECT_FLOAT_EQ(out.m_pRegions[i].m_pPolygons[0].m_pLines[0].m_ptEnd.x, widths[i]);
-  }
-}
-
-TEST(GetRegions, RebuildsOnlyWhenTheTypeDiffersFromTheStoredOne) {
-  OutputEngine e(10, 10);
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  COutlineRegion* r = MakeRegion(RectChain(1, 2, 5, 7), 0, 0);
-  e.m_listOutlineRegions.push_back(r);
-  e.CreateOutputPolygon(0);
-  // A mark in the engine's polygon survives as long as nothing rebuilds it.
-  r->m_pPolygon->m_pLines[0].m_ptStart.x = 42.0f;
-  for (int call = 0; call < 2; call++) {
-    CPTRegions out;
-    e.GetRegions(&out, 0);
-    EXPECT_FLOAT_EQ(out.m_pRegions[0].m_pPolygons[0].m_pLines[0].m_ptStart.x, 42.0f);
-  }
-  // A differing type rebuilds on every call, since the stored type stays 0.
-  for (int call = 0; call < 2; call++) {
+  for (int type : {0, 0, 1, 1}) {
+    // A mark survives while nothing rebuilds; another type rebuilds on every
+    // call and leaves the stored type.
     r->m_pPolygon->m_pLines[0].m_ptStart.x = 42.0f;
     CPTRegions out;
-    e.GetRegions(&out, 1);
+    e.GetRegions(&out, type);
+    EXPECT_EQ(r->m_pPolygon->m_pLines[0].m_ptStart.x == 42.0f, type == 0);
     EXPECT_EQ(e.m_nOutputLineType, 0);
-    ASSERT_GT(out.m_pRegions[0].m_pPolygons[0].m_nLines, 0);
-    EXPECT_EQ(out.m_pRegions[0].m_pPolygons[0].m_pLines[0].m_nType, 1);
-    EXPECT_NE(r->m_pPolygon->m_pLines[0].m_ptStart.x, 42.0f);
+    ASSERT_EQ(out.m_pRegions[0].m_nPolygons, 3);
+    if (type == 0) continue;
+    EXPECT_EQ(out.m_pRegions[0].m_pPolygons[2].m_nLines, 0);  // one point: no curve
+    for (int k = 0; k < 2; k++) {
+      // Closed chains of Bezier lines, y flipped.
+      const CPTPolygon& p = out.m_pRegions[0].m_pPolygons[k];
+      ASSERT_GE(p.m_nLines, 4);
+      for (int i = 0; i < p.m_nLines; i++) {
+        EXPECT_EQ(p.m_pLines[i].m_nType, 1);
+        ExpectPoint(p.m_pLines[i].m_ptEnd, p.m_pLines[(i + 1) % p.m_nLines].m_ptStart.x, p.m_pLines[(i + 1) % p.m_nLines].m_ptStart.y);
+      }
+    }
+    ExpectPoint(out.m_pRegions[0].m_pPolygons[1].m_pLines[0].m_ptStart, 10, 30);
   }
 }
 
-TEST(GetRegions, UnbuiltPolygonSlotsComeOutEmpty) {
-  OutputEngine e(10, 10);
-  e.m_arrColorList.Add(RGB(1, 2, 3));
-  COutlineRegion* r = MakeRegion(RectChain(1, 2, 5, 7), 0, 0);
-  AddHole(r, RectChain(2, 3, 3, 4));
-  e.m_listOutlineRegions.push_back(r);
-  CPTRegions out;
-  e.GetRegions(&out, 0);  // same type as stored: no build, slots still empty
-  ASSERT_EQ(out.m_nRegions, 1);
-  ASSERT_EQ(out.m_pRegions[0].m_nPolygons, 2);
-  EXPECT_EQ(out.m_pRegions[0].m_pPolygons[0].m_nLines, 0);
-  EXPECT_EQ(out.m_pRegions[0].m_pPolygons[0].m_pLines, nullptr);
+TEST(ColorCountRetry, TargetsOfEveryPass) {
+  struct Case { int wanted; std::vector<int> counts; bool noRetry; std::vector<int> targets; } cases[] = {
+      {8, {8}, false, {8}},                                   // hit at once
+      {8, {6, 7, 9, 9, 9, 9}, false, {8, 9, 10, 9, 8, 7}},    // up, overshoot, down once
+      {8, {6, 9, 7}, false, {8, 9, 8}},                       // undershoot going down stops
+      {8, {10, 9, 9, 9, 9, 9}, false, {8, 7, 6, 5, 4, 3}},    // at most five retries
+      {8, {1, 2, 3, 4, 5, 6}, false, {8, 9, 10, 11, 12, 13}}, {8, {6, 8}, false, {8, 9}},
+      {8, {3}, true, {8}},                                    // no retry asked
+      {2, {3}, false, {2}}, {3, {5, 5, 5}, false, {3, 2}},    // targets stay at 2 or more
+      {49, {40}, false, {49}}, {48, {40, 40}, false, {48, 49}}};  // and under 50
+  for (const Case& c : cases) {
+    pictrace::ColorCountRetry r(c.wanted);
+    std::vector<int> targets{r.Target()};
+    size_t i = 0;
+    for (bool more = r.AfterFirstPass(c.counts[i++], c.noRetry); more; more = r.AfterRetry(c.counts[i++])) {
+      targets.push_back(r.Target());
+      ASSERT_LT(i, c.counts.size()) << "more passes than counts";
+    }
+    EXPECT_EQ(targets, c.targets) << "wanted " << c.wanted << ", first count " << c.counts[0];
+  }
 }
+
+}  // namespace

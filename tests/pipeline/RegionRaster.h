@@ -1,9 +1,7 @@
 // Exact coverage of straight-line regions on the pixel grid (see
 // common/EvenOddCover.h), a crossing at xe counting for centres px > xe. A
-// polygon is a closed outline: when its last line does not end where the
-// first starts (a hole chained from several pieces does not repeat its first
-// vertex), the closing edge is implied, as SVG's "Z" and GDI's
-// PT_CLOSEFIGURE imply it.
+// polygon whose last line does not end where its first starts is closed by
+// an implied edge, as SVG's "Z" and GDI's PT_CLOSEFIGURE close it.
 #pragma once
 
 #include <algorithm>
@@ -15,34 +13,24 @@
 namespace pipetest {
 
 struct Coverage {
-  int width = 0;
-  int height = 0;
+  int width = 0, height = 0;
   std::vector<int> count;  // regions covering each pixel, row-major from the top
   std::vector<int> owner;  // index of the last region covering the pixel, or -1
-
   int Uncovered() const { return static_cast<int>(std::count(count.begin(), count.end(), 0)); }
-  int CoveredTwice() const {
-    return static_cast<int>(std::count_if(count.begin(), count.end(), [](int c) { return c > 1; }));
-  }
+  int CoveredTwice() const { return static_cast<int>(std::count_if(count.begin(), count.end(), [](int c) { return c > 1; })); }
 };
 
 // Regions in output units mapped back to pixels by (v - origin) / scale.
-inline Coverage RasterizeRegions(const CPTRegions& regions, int width, int height, double ox = 0,
-                                 double oy = 0, double sx = 1, double sy = 1) {
-  Coverage cov;
-  cov.width = width;
-  cov.height = height;
-  cov.count.assign(static_cast<size_t>(width) * height, 0);
-  cov.owner.assign(static_cast<size_t>(width) * height, -1);
+inline Coverage RasterizeRegions(const CPTRegions& regions, int width, int height, double ox = 0, double oy = 0,
+                                 double sx = 1, double sy = 1) {
+  Coverage cov{width, height, std::vector<int>(static_cast<size_t>(width) * height, 0),
+               std::vector<int>(static_cast<size_t>(width) * height, -1)};
   for (int r = 0; r < regions.m_nRegions; r++) {
-    const CPTRegion& reg = regions.m_pRegions[r];
     std::vector<testimg::Edge> edges;
-    for (int k = 0; k < reg.m_nPolygons; k++) {
-      const CPTPolygon& poly = reg.m_pPolygons[k];
-      for (int i = 0; poly.m_nLines > 0 && i <= poly.m_nLines; i++) {
-        // i == m_nLines is the closing edge, from the last end to the first start.
-        const CPTPoint& a = i < poly.m_nLines ? poly.m_pLines[i].m_ptStart
-                                              : poly.m_pLines[poly.m_nLines - 1].m_ptEnd;
+    for (int k = 0; k < regions.m_pRegions[r].m_nPolygons; k++) {
+      const CPTPolygon& poly = regions.m_pRegions[r].m_pPolygons[k];
+      for (int i = 0; poly.m_nLines > 0 && i <= poly.m_nLines; i++) {  // i == m_nLines: the closing edge
+        const CPTPoint& a = i < poly.m_nLines ? poly.m_pLines[i].m_ptStart : poly.m_pLines[poly.m_nLines - 1].m_ptEnd;
         const CPTPoint& b = i < poly.m_nLines ? poly.m_pLines[i].m_ptEnd : poly.m_pLines[0].m_ptStart;
         edges.push_back({(a.x - ox) / sx, (a.y - oy) / sy, (b.x - ox) / sx, (b.y - oy) / sy});
       }
