@@ -1,118 +1,98 @@
-// Mean shift over region means: one mode for identical means, the radius
-// search in both directions with its stopping rules, and near-duplicates.
+// Mean shift over region means: the radius search in both directions with
+// its stopping rules, size weights, near-duplicate modes, and the painting.
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include "SegEngine.h"
 
 namespace {
 
-class MeanShiftTest : public ::testing::Test {
- protected:
-  void SetUp() override {
+struct Means {
+  DWORD size;
+  float r, g, b;
+};
+
+// Regions on a black 12 x 4 picture, region i painting the pixels
+// (0 .. size-1, i) up to 11 of them; runs MeanShift(wanted) with stale host lists.
+struct Shift {
+  explicit Shift(std::vector<Means> regions) {
     dib = testimg::MakeDib24(12, 4, [](int, int) { return RGB(0, 0, 0); });
     e.Load(dib);
+    int row = 0;
+    for (const Means& m : regions) e.AddRegion(std::min<DWORD>(m.size, 11), m.r, m.g, m.b, 0, row++)->m_nSize = m.size;
   }
   std::vector<DWORD> Run(int wanted) {
     CDWordArray list;
     list.Add(0xDEAD);
+    e.m_arrColorList.Add(0xBEEF);
     e.MeanShift(wanted, &list);
-    std::vector<DWORD> out;
-    for (INT_PTR i = 0; i < list.GetSize(); i++) out.push_back(list[i]);
     EXPECT_EQ(list.GetSize(), e.m_arrColorList.GetSize());
-    return out;
+    return std::vector<DWORD>(list.GetData(), list.GetData() + list.GetSize());
   }
-  COLORREF Pixel(int x, int row) { return testimg::PixelAt(e.m_pWorkBits, 12, x, row); }
   std::vector<unsigned char> dib;
   SegEngine e;
 };
 
-TEST_F(MeanShiftTest, SphereIsStrictlyInside) {
+TEST(MeanShift, SphereIsStrictlyInside) {
+  SegEngine e;
   EXPECT_EQ(e.InCentroid(15, 0, 0, 0, 0, 0, 15), 0);
   EXPECT_EQ(e.InCentroid(14.999, 0, 0, 0, 0, 0, 15), 1);
+  EXPECT_EQ(e.InCentroid(0, 0, -14.999, 0, 0, 0, 15), 1);
   EXPECT_EQ(e.InCentroid(3, 4, 0, 0, 0, 0, 5.0001), 1);
-}
-
-TEST_F(MeanShiftTest, IdenticalMeansGiveOneModeWhateverTheSizes) {
-  e.AddRegion(1, 50.7f, 60.2f, 70.9f, 0, 0);
-  e.AddRegion(5, 50.7f, 60.2f, 70.9f, 0, 1);
-  EXPECT_EQ(Run(2), (std::vector<DWORD>{RGB(50, 60, 70)}));
-  EXPECT_EQ(e.m_nColorRadius, 15);
-  EXPECT_EQ(Pixel(0, 0), RGB(50, 60, 70));
-  EXPECT_EQ(Pixel(4, 1), RGB(50, 60, 70));
-  EXPECT_EQ(Pixel(5, 1), RGB(0, 0, 0));  // no region holds it
-}
-
-// Three close means and a far one, three colours wanted: radius 15 gives two
-// modes, and so does every smaller radius down to 2; the radius stops at 1.
-TEST_F(MeanShiftTest, UnreachableCountShrinksTheRadiusToOne) {
-  e.AddRegion(1, 10, 10, 10, 0, 0);
-  e.AddRegion(1, 10.5f, 10, 10, 1, 0);
-  e.AddRegion(1, 11, 10, 10, 2, 0);
-  e.AddRegion(1, 200, 200, 200, 3, 0);
-  EXPECT_EQ(Run(3), (std::vector<DWORD>{RGB(200, 200, 200), RGB(10, 10, 10)}));
-  EXPECT_EQ(e.m_nColorRadius, 1);
-  EXPECT_EQ(Pixel(2, 0), RGB(10, 10, 10));  // the mode (10.5, 10, 10)
-}
-
-// An equilateral triangle of side just over 100: up to radius 100 every
-// mean is its own mode; at 101 all three fall into one. The search for two
-// modes overshoots to one and does not shrink again.
-TEST_F(MeanShiftTest, GrowingTheRadiusCanOvershoot) {
-  e.AddRegion(1, 0, 0, 0, 0, 0);
-  e.AddRegion(1, 100, 0, 0, 1, 0);
-  e.AddRegion(1, 50, 86.61f, 0, 2, 0);
-  EXPECT_EQ(Run(2), (std::vector<DWORD>{RGB(50, 28, 0)}));
-  EXPECT_EQ(e.m_nColorRadius, 101);
-  EXPECT_EQ(Pixel(0, 0), RGB(50, 28, 0));
+  EXPECT_EQ(e.InCentroid(3, 4, 0, 0, 0, 0, 5), 0);
 }
 
 // P1 and P2 lie just outside the sphere of P0 but inside each other's; their
 // mode M = (113.685, 100, 100) ends up 13.7 from P0's mode.
-class NearModes : public MeanShiftTest {
- protected:
-  void SetUp() override {
-    MeanShiftTest::SetUp();
-    e.AddRegion(2, 100, 100, 100, 0, 0);
-    e.AddRegion(2, 113.685f, 106.38f, 100, 0, 1);
-    e.AddRegion(2, 113.685f, 93.62f, 100, 0, 2);
+const std::vector<Means> kNear = {{2, 100, 100, 100}, {2, 113.685f, 106.38f, 100}, {2, 113.685f, 93.62f, 100}};
+
+TEST(MeanShift, HandWorkedModes) {
+  const struct {
+    std::vector<Means> regions;
+    int wanted;
+    std::vector<DWORD> list;
+    int radius;
+    std::vector<COLORREF> rows;  // the pixel (0, row) afterwards
+  } cases[] = {
+      // Identical means give one mode whatever the sizes.
+      {{{1, 50.7f, 60.2f, 70.9f}, {5, 50.7f, 60.2f, 70.9f}}, 2, {RGB(50, 60, 70)}, 15, {RGB(50, 60, 70), RGB(50, 60, 70)}},
+      // Three close means and a far one, three wanted: every radius from 15
+      // down to 2 gives two modes; the radius stops at 1.
+      {{{1, 10, 10, 10}, {1, 10.5f, 10, 10}, {1, 11, 10, 10}, {1, 200, 200, 200}}, 3,
+       {RGB(200, 200, 200), RGB(10, 10, 10)}, 1, {RGB(10, 10, 10), RGB(10, 10, 10), RGB(10, 10, 10)}},
+      // An equilateral triangle of side just over 100: up to radius 100 every
+      // mean is its own mode, at 101 all fall into one. The search for two
+      // overshoots to one and does not shrink again.
+      {{{1, 0, 0, 0}, {1, 100, 0, 0}, {1, 50, 86.61f, 0}}, 2, {RGB(50, 28, 0)}, 101, {RGB(50, 28, 0)}},
+      // Size weights pull the mode: 10 * 1000 / 1001.
+      {{{1, 0, 0, 0}, {1000, 10, 0, 0}}, 1, {RGB(9, 0, 0)}, 15, {RGB(9, 0, 0), RGB(9, 0, 0)}},
+      // Near modes are kept when no more regions than wanted ...
+      {kNear, 5, {RGB(113, 100, 100), RGB(100, 100, 100)}, 15, {RGB(100, 100, 100), RGB(113, 100, 100)}},
+      // ... otherwise dropped from the list but still painted.
+      {kNear, 2, {RGB(100, 100, 100)}, 15, {RGB(100, 100, 100), RGB(113, 100, 100), RGB(113, 100, 100)}},
+      // Fewer than one wanted acts as one: P1 and P2, 15.1 from P0, join it at 16.
+      {kNear, 0, {RGB(109, 100, 100)}, 16, {RGB(109, 100, 100), RGB(109, 100, 100), RGB(109, 100, 100)}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(::testing::Message() << "case " << (&c - cases));
+    Shift s(c.regions);
+    EXPECT_EQ(s.Run(c.wanted), c.list);
+    EXPECT_EQ(s.e.m_nColorRadius, c.radius);
+    for (size_t row = 0; row < c.rows.size(); row++) EXPECT_EQ(s.e.Pixel(0, static_cast<int>(row)), c.rows[row]) << row;
+    EXPECT_EQ(s.e.Pixel(11, 3), RGB(0, 0, 0));  // no region holds it
   }
-};
-
-TEST_F(NearModes, KeptWhenThereAreNoMoreRegionsThanWanted) {
-  EXPECT_EQ(Run(5), (std::vector<DWORD>{RGB(113, 100, 100), RGB(100, 100, 100)}));
-  EXPECT_EQ(e.m_nColorRadius, 15);
 }
 
-TEST_F(NearModes, DroppedFromTheListButStillPainted) {
-  EXPECT_EQ(Run(2), (std::vector<DWORD>{RGB(100, 100, 100)}));
-  EXPECT_EQ(e.m_nColorRadius, 15);
-  EXPECT_EQ(Pixel(0, 0), RGB(100, 100, 100));
-  EXPECT_EQ(Pixel(1, 1), RGB(113, 100, 100));
-  EXPECT_EQ(Pixel(0, 2), RGB(113, 100, 100));
-}
-
-TEST_F(NearModes, WantedCountBelowOneActsAsOne) {
-  EXPECT_EQ(Run(0).size(), 1u);
-  EXPECT_EQ(e.m_nColorRadius, 16);  // P1 and P2, 15.1 from P0, join it at 16
-  EXPECT_EQ(Pixel(0, 2), Pixel(0, 0));
-}
-
-// The weights pull the mode: a region of 1000 pixels next to one of 1.
-TEST_F(MeanShiftTest, ModesAreWeightedByRegionSize) {
-  e.AddRegion(1, 0, 0, 0, 0, 0);
-  CRegion* big = e.AddRegion(1, 10, 0, 0, 1, 0);
-  big->m_nSize = 1000;
-  EXPECT_EQ(Run(1), (std::vector<DWORD>{RGB(9, 0, 0)}));  // 10000 / 1001
-}
-
-TEST_F(MeanShiftTest, WithoutRegionsNothingChanges) {
-  e.m_arrColorList.Add(7);
-  CDWordArray list;
-  e.MeanShift(3, &list);
-  EXPECT_EQ(e.m_arrColorList.GetSize(), 1);
-  e.m_nColorRadius = 40;
+TEST(MeanShift, WithoutRegionsOrPictureNothingChanges) {
+  Shift s({});
+  s.e.m_nColorRadius = 40;
+  EXPECT_EQ(s.Run(3), std::vector<DWORD>{0xDEAD});
+  EXPECT_EQ(s.e.m_nColorRadius, 40);
   SegEngine none;
+  none.AddRegion(1, 1, 1, 1);
   none.m_arrColorList.Add(7);
+  CDWordArray list;
   none.MeanShift(3, &list);
   EXPECT_EQ(none.m_arrColorList.GetSize(), 1);
 }

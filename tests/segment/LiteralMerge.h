@@ -1,0 +1,51 @@
+// The greedy loops of one scale written literally: every scan walks the
+// list from the cursor. This is the reference that the indexed loops of
+// segment/GreedyMerge.cpp must reproduce step for step (same candidates,
+// same size skips); it is quadratic in the region count.
+#pragma once
+
+#include "segment/GreedyMerge.h"
+#include "segment/RegionGraph.h"
+
+// The candidate that scan(cursor, counts) finds is merged and the next scan
+// starts at it; a scan that finds nothing sends the cursor back to the
+// head, unless it started there.
+template <typename Scan>
+GreedyCounts MergeFromCursor(CRegion* const& pHead, const MergeStep& merge, Scan scan) {
+  GreedyCounts counts;
+  for (CRegion* cursor = pHead; cursor;) {
+    if (CRegion* found = scan(cursor, counts)) {
+      merge(found);
+      counts.merges++;
+      cursor = found;
+    } else {
+      cursor = cursor != pHead ? pHead : nullptr;
+    }
+  }
+  return counts;
+}
+
+// The first region with a negative value whose size and whose best
+// neighbour's size are both at most nLimit; every other negative one met
+// counts as a skip.
+inline GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
+  return MergeFromCursor(pHead, merge, [nLimit](CRegion* cursor, GreedyCounts& counts) -> CRegion* {
+    for (CRegion* r = cursor; r; r = r->m_pNext) {
+      if (!(r->m_fDecrease < 0.0f)) continue;
+      if (r->m_nSize <= nLimit && r->m_pBestNeighbor->m_pRegion->m_nSize <= nLimit) return r;
+      counts.blocked++;
+    }
+    return nullptr;
+  });
+}
+
+// The lowest negative value from the cursor on, the earliest of equal ones.
+inline GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge) {
+  return MergeFromCursor(pHead, merge, [](CRegion* cursor, GreedyCounts&) -> CRegion* {
+    CRegion* found = nullptr;
+    float min = 0.0f;
+    for (CRegion* r = cursor; r; r = r->m_pNext)
+      if (r->m_fDecrease < min) found = r, min = r->m_fDecrease;
+    return found;
+  });
+}

@@ -1,0 +1,139 @@
+// Hand-worked pieces of the region graph: merge values, the edge map, seed
+// regions, the block stage's size limit and extension, and the node pool.
+// Everything they feed is held bit for bit by the results lock.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "SegEngine.h"
+#include "segment/BlockScale.h"
+#include "segment/EdgeMap.h"
+#include "segment/NodePool.h"
+
+namespace {
+
+TEST(CombineDec, WardCostMinusScaledBonus) {
+  const struct {
+    DWORD na;
+    float a[3];
+    DWORD nb;
+    float b[3];
+    DWORD weak;
+    double d;
+    float want;
+  } cases[] = {
+      // cost 2*3 * (9 + 16) / 5 = 30; bonus 50 exp(-2/60) + 4 = 52.360805
+      {2, {10, 20, 30}, 3, {13, 24, 30}, 4, 0.0, 30.0f},
+      {2, {10, 20, 30}, 3, {13, 24, 30}, 4, 1.0, -22.360805f},
+      {3, {13, 24, 30}, 2, {10, 20, 30}, 4, 2.0, -74.72161f},
+      {100000, {0, 0, 0}, 100000, {1, 0, 0}, 0, 0.0, 50000.0f},  // the size product needs 64 bits
+      {600, {7, 7, 7}, 60, {7, 7, 7}, 0, 1.0, -18.393972f},      // -d (50 exp(-smaller / 60) + weak)
+      {60, {7, 7, 7}, 600, {7, 7, 7}, 3, 2.0, -42.787944f},
+  };
+  for (const auto& c : cases) {
+    SegEngine e;
+    CRegion* a = e.AddRegion(0, c.a[0], c.a[1], c.a[2]);
+    CRegion* b = e.AddRegion(0, c.b[0], c.b[1], c.b[2]);
+    a->m_nSize = c.na;
+    b->m_nSize = c.nb;
+    EXPECT_FLOAT_EQ(e.CombineDec(a, AddLink(a, b, c.weak), c.d), c.want) << "case " << (&c - cases);
+  }
+}
+
+// Samples k = x * H + y; a sample's value is g / (g + 400), g the sum of
+// squared differences to its neighbours; of several planes the strongest.
+TEST(EdgeMap, HandWorkedMaps) {
+  const struct {
+    int w, h;
+    std::vector<std::vector<double>> planes;
+    std::vector<double> want;
+  } cases[] = {
+      // Only sample 5 = (x 2, y 1) differs: k +- 2 and k +- 1 are its
+      // neighbours in the walk, so 3 and 4 see it, not 2.
+      {3, 2, {{0, 0, 0, 0, 0, 20}}, {0, 0, 0, 0.5, 0.5, 800.0 / 1200}},
+      {1, 3, {{0, 20, 0}}, {0.5, 800.0 / 1200, 0.5}},  // one pixel wide: no side terms
+      {1, 3, {{0, 20, 0}, {0, 0, 40}}, {0.5, 1600.0 / 2000, 1600.0 / 2000}},
+  };
+  for (const auto& c : cases) {
+    std::vector<double> edge(c.want.size(), 0.0);
+    for (const auto& p : c.planes) AccumulateEdgeMap(p.data(), c.w, c.h, edge.data());
+    for (size_t k = 0; k < edge.size(); k++) EXPECT_NEAR(edge[k], c.want[k], 1e-12) << c.w << "x" << c.h << " " << k;
+  }
+}
+
+const int kRow[6] = {0, 1, 0, 0, 3, 4};
+
+// Seeds grow while a pixel is less than 10 from the seed's colour, 0 when
+// the pixel is on a strong edge (above 0.995). A link counts the contacts
+// whose far pixel is not on a strong edge.
+TEST(SetupGraph, HandWorkedSeeds) {
+  const struct {
+    int w, h;
+    COLORREF (*colour)(int, int);
+    std::vector<double> edge;
+    std::vector<DWORD> sizes;
+    std::vector<DWORD> weak;  // of each region's first link
+  } cases[] = {
+      // Red 0 1 0 0 3 4 with strong edges at 1..3: 1 and 2 do not join, 3
+      // joins at distance 0, 4 at 9; 5 is 16 from its seed.
+      {6, 1, [](int x, int) { return RGB(kRow[x], 0, 0); }, {0, 0.999, 0.999, 0.999, 0.995, 0},
+       {1, 1, 3, 1}, {0, 1, 0, 1}},
+      // (r 3, g 1) is at distance 10 from black, (r 3) at 9.
+      {3, 1, [](int x, int) { return x == 1 ? RGB(3, 0, 0) : x == 2 ? RGB(3, 1, 0) : RGB(0, 0, 0); }, {0, 0, 0}, {2, 1}, {1, 1}},
+      // The edge of pixel (1, 0) sits at x * H + y = 2, not at y * W + x = 1.
+      {3, 2, [](int x, int y) { return x == 1 && y == 0 ? RGB(1, 0, 0) : RGB(0, 0, 0); }, {0, 0, 0.999, 0, 0, 0}, {5, 1}, {0, 3}},
+      {3, 2, [](int, int y) { return y ? RGB(200, 0, 0) : RGB(0, 0, 0); }, {0, 0, 0, 0, 0, 0}, {3, 3}, {3, 3}},
+  };
+  for (const auto& c : cases) {
+    auto dib = testimg::MakeDib24(c.w, c.h, c.colour);
+    SegEngine e;
+    e.Load(dib);
+    std::vector<double> edge = c.edge;
+    ASSERT_EQ(e.SetupGraph(e.m_pWorkBits, edge.data()), 1);
+    std::vector<DWORD> sizes, weak;
+    for (CRegion* r = e.m_pRegionHead; r; r = r->m_pNext) {
+      sizes.push_back(r->m_nSize);
+      weak.push_back(r->m_pNeighbors ? r->m_pNeighbors->m_nWeakEdges : 99);
+    }
+    EXPECT_EQ(sizes, c.sizes) << "case " << (&c - cases);
+    EXPECT_EQ(weak, c.weak) << "case " << (&c - cases);
+  }
+  SegEngine none;
+  double edge = 0;
+  unsigned char bits[4] = {};
+  EXPECT_EQ(none.SetupGraph(bits, &edge), 0);
+}
+
+// The size limit is 2^s * 16, 0 once it does not fit. A 40 x 40 black and
+// white checkerboard has 1600 one-pixel seeds without weak edges; a link
+// turns negative once d * 50 exp(-1/60) exceeds 3 * 255^2 / 2, at s = 21.0.
+// Until then the stage extends itself whenever s comes within 0.6 of the
+// scale with more than 1000 regions; the last time, at s = 20.6, to 22.
+TEST(BlockStage, SizeLimitAndExtension) {
+  const std::pair<double, std::uint64_t> limits[] = {{1.0, 32}, {1.2, 36}, {28.0, 1ull << 32}, {60.0, 0}, {400.0, 0}};
+  for (const auto& l : limits) EXPECT_EQ(BlockSizeLimitAt(l.first), l.second) << l.first;
+  EXPECT_GT(BlockSizeLimitAt(59.9), 1ull << 63);
+  auto board = testimg::MakeDib24(40, 40, [](int x, int y) { return (x + y) % 2 ? RGB(255, 255, 255) : RGB(0, 0, 0); });
+  SegEngine e;
+  e.Load(board);
+  ASSERT_EQ(e.GetBlockRegions(), 1);
+  EXPECT_EQ(s_nBlockScale, 22);
+  EXPECT_LE(e.RegionCount(), 1000);
+}
+
+// Released nodes come back first; once nothing is live, fresh nodes are cut
+// from the start of the kept chunk in address order again.
+TEST(NodePool, ReusesNodesAndStartsOverWhenEmpty) {
+  NodePool pool(3, 4);  // rounded up to a pointer
+  std::vector<char*> nodes;
+  for (int i = 0; i < 9; i++) nodes.push_back(static_cast<char*>(pool.Allocate()));
+  for (int i = 1; i < 4; i++) EXPECT_EQ(nodes[static_cast<size_t>(i)] - nodes[0], i * static_cast<int>(sizeof(void*)));
+  pool.Release(nodes[5]);
+  pool.Release(nodes[2]);
+  EXPECT_EQ(pool.Allocate(), nodes[2]);
+  EXPECT_EQ(pool.Allocate(), nodes[5]);
+  for (int i : {8, 0, 3, 1, 2, 4, 5, 6, 7}) pool.Release(nodes[static_cast<size_t>(i)]);
+  for (int i = 0; i < 4; i++) EXPECT_EQ(pool.Allocate(), nodes[static_cast<size_t>(i)]);
+}
+
+}  // namespace
