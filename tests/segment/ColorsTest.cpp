@@ -32,7 +32,9 @@ int Count(Picture dib, LONG rectW, LONG rectH, CDWordArray* list = nullptr) {
   e.m_arrColorList.Add(6);
   int n = -1;
   if (!e.GetColorNumber(n, list)) return n == -1 ? -1 : -2;
-  if (list) EXPECT_EQ(Of(e.m_arrColorList), Of(*list));
+  if (list) {
+    EXPECT_EQ(Of(e.m_arrColorList), Of(*list));
+  }
   return !list || e.m_arrColorList.GetSize() == n ? n : -3;
 }
 

@@ -1,7 +1,6 @@
 // The greedy loops of one scale written literally: every scan walks the
-// list from the cursor. This is the reference that the indexed loops of
-// segment/GreedyMerge.cpp must reproduce step for step (same candidates,
-// same size skips); it is quadratic in the region count.
+// list from the cursor. The indexed loops of segment/GreedyMerge.cpp must
+// reproduce this reference step for step (same candidates, same skips).
 #pragma once
 
 #include "segment/GreedyMerge.h"
@@ -25,16 +24,15 @@ GreedyCounts MergeFromCursor(CRegion* const& pHead, const MergeStep& merge, Scan
   return counts;
 }
 
-// The first region with a negative value whose size and whose best
-// neighbour's size are both at most nLimit; every other negative one met
-// counts as a skip.
+// The first negative value whose region and best neighbour both hold at
+// most nLimit pixels; every other negative one met counts as a skip.
 inline GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
   return MergeFromCursor(pHead, merge, [nLimit](CRegion* cursor, GreedyCounts& counts) -> CRegion* {
-    for (CRegion* r = cursor; r; r = r->m_pNext) {
-      if (!(r->m_fDecrease < 0.0f)) continue;
-      if (r->m_nSize <= nLimit && r->m_pBestNeighbor->m_pRegion->m_nSize <= nLimit) return r;
-      counts.blocked++;
-    }
+    for (CRegion* r = cursor; r; r = r->m_pNext)
+      if (r->m_fDecrease < 0.0f) {
+        if (r->m_nSize <= nLimit && r->m_pBestNeighbor->m_pRegion->m_nSize <= nLimit) return r;
+        counts.blocked++;
+      }
     return nullptr;
   });
 }
@@ -43,9 +41,8 @@ inline GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const
 inline GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge) {
   return MergeFromCursor(pHead, merge, [](CRegion* cursor, GreedyCounts&) -> CRegion* {
     CRegion* found = nullptr;
-    float min = 0.0f;
     for (CRegion* r = cursor; r; r = r->m_pNext)
-      if (r->m_fDecrease < min) found = r, min = r->m_fDecrease;
+      if (r->m_fDecrease < (found ? found->m_fDecrease : 0.0f)) found = r;
     return found;
   });
 }

@@ -1,5 +1,5 @@
-// Mean shift over region means: the radius search in both directions with
-// its stopping rules, size weights, near-duplicate modes, and the painting.
+// Mean shift over region means, worked by hand: the radius search in both
+// directions with its stopping rules, size weights, near-duplicate modes.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,42 +12,14 @@ struct Means {
   DWORD size;
   float r, g, b;
 };
-
-// Regions on a black 12 x 4 picture, region i painting the pixels
-// (0 .. size-1, i) up to 11 of them; runs MeanShift(wanted) with stale host lists.
-struct Shift {
-  explicit Shift(std::vector<Means> regions) {
-    dib = testimg::MakeDib24(12, 4, [](int, int) { return RGB(0, 0, 0); });
-    e.Load(dib);
-    int row = 0;
-    for (const Means& m : regions) e.AddRegion(std::min<DWORD>(m.size, 11), m.r, m.g, m.b, 0, row++)->m_nSize = m.size;
-  }
-  std::vector<DWORD> Run(int wanted) {
-    CDWordArray list;
-    list.Add(0xDEAD);
-    e.m_arrColorList.Add(0xBEEF);
-    e.MeanShift(wanted, &list);
-    EXPECT_EQ(list.GetSize(), e.m_arrColorList.GetSize());
-    return std::vector<DWORD>(list.GetData(), list.GetData() + list.GetSize());
-  }
-  std::vector<unsigned char> dib;
-  SegEngine e;
-};
-
-TEST(MeanShift, SphereIsStrictlyInside) {
-  SegEngine e;
-  EXPECT_EQ(e.InCentroid(15, 0, 0, 0, 0, 0, 15), 0);
-  EXPECT_EQ(e.InCentroid(14.999, 0, 0, 0, 0, 0, 15), 1);
-  EXPECT_EQ(e.InCentroid(0, 0, -14.999, 0, 0, 0, 15), 1);
-  EXPECT_EQ(e.InCentroid(3, 4, 0, 0, 0, 0, 5.0001), 1);
-  EXPECT_EQ(e.InCentroid(3, 4, 0, 0, 0, 0, 5), 0);
-}
-
 // P1 and P2 lie just outside the sphere of P0 but inside each other's; their
 // mode M = (113.685, 100, 100) ends up 13.7 from P0's mode.
 const std::vector<Means> kNear = {{2, 100, 100, 100}, {2, 113.685f, 106.38f, 100}, {2, 113.685f, 93.62f, 100}};
 
 TEST(MeanShift, HandWorkedModes) {
+  SegEngine sphere;  // the radius sphere is open
+  EXPECT_TRUE(!sphere.InCentroid(15, 0, 0, 0, 0, 0, 15) && sphere.InCentroid(0, 0, -14.999, 0, 0, 0, 15));
+  EXPECT_TRUE(!sphere.InCentroid(3, 4, 0, 0, 0, 0, 5) && sphere.InCentroid(3, 4, 0, 0, 0, 0, 5.0001));
   const struct {
     std::vector<Means> regions;
     int wanted;
@@ -60,36 +32,39 @@ TEST(MeanShift, HandWorkedModes) {
       // Three close means and a far one, three wanted: every radius from 15
       // down to 2 gives two modes; the radius stops at 1.
       {{{1, 10, 10, 10}, {1, 10.5f, 10, 10}, {1, 11, 10, 10}, {1, 200, 200, 200}}, 3,
-       {RGB(200, 200, 200), RGB(10, 10, 10)}, 1, {RGB(10, 10, 10), RGB(10, 10, 10), RGB(10, 10, 10)}},
+       {RGB(200, 200, 200), RGB(10, 10, 10)}, 1, {RGB(10, 10, 10), RGB(10, 10, 10), RGB(10, 10, 10), RGB(200, 200, 200)}},
       // An equilateral triangle of side just over 100: up to radius 100 every
       // mean is its own mode, at 101 all fall into one. The search for two
       // overshoots to one and does not shrink again.
       {{{1, 0, 0, 0}, {1, 100, 0, 0}, {1, 50, 86.61f, 0}}, 2, {RGB(50, 28, 0)}, 101, {RGB(50, 28, 0)}},
-      // Size weights pull the mode: 10 * 1000 / 1001.
-      {{{1, 0, 0, 0}, {1000, 10, 0, 0}}, 1, {RGB(9, 0, 0)}, 15, {RGB(9, 0, 0), RGB(9, 0, 0)}},
-      // Near modes are kept when no more regions than wanted ...
+      {{{1, 0, 0, 0}, {1000, 10, 0, 0}}, 1, {RGB(9, 0, 0)}, 15, {RGB(9, 0, 0)}},  // weighted: 10 * 1000 / 1001
+      // Near modes are kept when there are no more regions than wanted,
+      // otherwise dropped from the list but still painted.
       {kNear, 5, {RGB(113, 100, 100), RGB(100, 100, 100)}, 15, {RGB(100, 100, 100), RGB(113, 100, 100)}},
-      // ... otherwise dropped from the list but still painted.
       {kNear, 2, {RGB(100, 100, 100)}, 15, {RGB(100, 100, 100), RGB(113, 100, 100), RGB(113, 100, 100)}},
       // Fewer than one wanted acts as one: P1 and P2, 15.1 from P0, join it at 16.
       {kNear, 0, {RGB(109, 100, 100)}, 16, {RGB(109, 100, 100), RGB(109, 100, 100), RGB(109, 100, 100)}},
+      {{}, 3, {0xDEAD}, 15, {}},  // no regions: nothing changes
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(::testing::Message() << "case " << (&c - cases));
-    Shift s(c.regions);
-    EXPECT_EQ(s.Run(c.wanted), c.list);
-    EXPECT_EQ(s.e.m_nColorRadius, c.radius);
-    for (size_t row = 0; row < c.rows.size(); row++) EXPECT_EQ(s.e.Pixel(0, static_cast<int>(row)), c.rows[row]) << row;
-    EXPECT_EQ(s.e.Pixel(11, 3), RGB(0, 0, 0));  // no region holds it
+    auto dib = testimg::MakeDib24(12, 4, [](int, int) { return RGB(0, 0, 0); });
+    SegEngine e;
+    e.Load(dib);
+    int row = 0;  // region i paints up to 11 pixels (x, i)
+    for (const Means& m : c.regions) e.AddRegion(std::min<DWORD>(m.size, 11), m.r, m.g, m.b, 0, row++)->m_nSize = m.size;
+    CDWordArray list;
+    list.Add(0xDEAD);
+    e.m_arrColorList.Add(0xDEAD);
+    e.MeanShift(c.wanted, &list);
+    EXPECT_EQ(std::vector<DWORD>(list.GetData(), list.GetData() + list.GetSize()), c.list);
+    ASSERT_EQ(e.m_arrColorList.GetSize(), list.GetSize());
+    EXPECT_EQ(std::vector<DWORD>(e.m_arrColorList.GetData(), e.m_arrColorList.GetData() + list.GetSize()), c.list);
+    EXPECT_EQ(e.m_nColorRadius, c.radius);
+    for (size_t y = 0; y < c.rows.size(); y++) EXPECT_EQ(e.Pixel(0, int(y)), c.rows[y]) << y;
+    EXPECT_EQ(e.Pixel(11, 3), RGB(0, 0, 0));  // no region holds it
   }
-}
-
-TEST(MeanShift, WithoutRegionsOrPictureNothingChanges) {
-  Shift s({});
-  s.e.m_nColorRadius = 40;
-  EXPECT_EQ(s.Run(3), std::vector<DWORD>{0xDEAD});
-  EXPECT_EQ(s.e.m_nColorRadius, 40);
-  SegEngine none;
+  SegEngine none;  // no picture: nothing changes
   none.AddRegion(1, 1, 1, 1);
   none.m_arrColorList.Add(7);
   CDWordArray list;

@@ -10,10 +10,7 @@
 // the pyramid loop, which the default threshold skips.
 #include <gtest/gtest.h>
 
-#include <cinttypes>
-#include <cstdio>
 #include <cstring>
-#include <ostream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -26,12 +23,10 @@ namespace {
 
 struct Fnv {
   std::uint64_t h = 14695981039346656037ull;
-  void Bytes(const void* p, size_t n) {
-    for (size_t i = 0; i < n; i++) h = (h ^ static_cast<const unsigned char*>(p)[i]) * 1099511628211ull;
-  }
   template <typename T>
-  void Value(const T& v) {
-    Bytes(&v, sizeof v);
+  Fnv& Add(const T& v) {
+    for (size_t i = 0; i < sizeof v; i++) h = (h ^ reinterpret_cast<const unsigned char*>(&v)[i]) * 1099511628211ull;
+    return *this;
   }
 };
 
@@ -52,37 +47,19 @@ struct Lock {
   bool operator==(const Lock& o) const { return Tied() == o.Tied(); }
 };
 
-// On a mismatch the measured values are printed as a table row.
-void PrintTo(const Lock& l, std::ostream* os) {
-  char s[320];
-  std::snprintf(s, sizeof s,
-                "{%d, %d, %" PRIu64 "u, 0x%016" PRIx64 "ull, 0x%016" PRIx64 "ull, 0x%016" PRIx64 "ull, %d, 0x%016" PRIx64
-                "ull, 0x%016" PRIx64 "ull}",
-                l.blockScale, l.regions, l.pixelSum, l.regionsHash, l.pyramidHash, l.shiftHash, l.lowRegions,
-                l.lowRegionsHash, l.lowPyramidHash);
-  *os << s;
+Fnv PictureHash(const SegEngine& e) {
+  Fnv f;
+  for (unsigned char c : e.WorkPixels()) f.Add(c);
+  return f;
 }
 
-std::uint64_t PictureHash(const SegEngine& e) {
-  std::vector<unsigned char> px = e.WorkPixels();
+std::uint64_t RegionsHash(const SegEngine& e, std::uint64_t& pixelSum) {
   Fnv f;
-  f.Bytes(px.data(), px.size());
-  return f.h;
-}
-
-std::uint64_t RegionsHash(const SegEngine& e, std::uint64_t* pixelSum) {
-  Fnv f;
-  std::uint64_t sum = 0;
+  pixelSum = 0;
   for (const CRegion* r = e.m_pRegionHead; r; r = r->m_pNext) {
-    f.Value(r->m_nSize);
-    f.Value(r->m_fRed);
-    f.Value(r->m_fGreen);
-    f.Value(r->m_fBlue);
-    f.Value(r->m_pPixelHead->x);
-    f.Value(r->m_pPixelHead->y);
-    sum += r->m_nSize;
+    f.Add(r->m_nSize).Add(r->m_fRed).Add(r->m_fGreen).Add(r->m_fBlue).Add(r->m_pPixelHead->x).Add(r->m_pPixelHead->y);
+    pixelSum += r->m_nSize;
   }
-  if (pixelSum) *pixelSum = sum;
   return f.h;
 }
 
@@ -94,21 +71,21 @@ Lock Measure(std::vector<unsigned char>& dib) {
   e.PyramidAlgo();
   out.blockScale = s_nBlockScale;
   out.regions = e.RegionCount();
-  out.regionsHash = RegionsHash(e, &out.pixelSum);
-  out.pyramidHash = PictureHash(e);
+  out.regionsHash = RegionsHash(e, out.pixelSum);
+  out.pyramidHash = PictureHash(e).h;
   CDWordArray list;
   e.MeanShift(8, &list);
-  Fnv f;
-  f.h = PictureHash(e);
-  for (INT_PTR i = 0; i < list.GetSize(); i++) f.Value(list[i]);
+  Fnv f = PictureHash(e);
+  for (INT_PTR i = 0; i < list.GetSize(); i++) f.Add(list[i]);
   out.shiftHash = f.h;
 
   std::memcpy(e.m_pWorkBits, e.m_pDIBBits, e.m_bmiHeader.biSizeImage);
   e.SetSegmentationSensitivity(30);
   e.PyramidAlgo();
+  std::uint64_t sum;
   out.lowRegions = e.RegionCount();
-  out.lowRegionsHash = RegionsHash(e, nullptr);
-  out.lowPyramidHash = PictureHash(e);
+  out.lowRegionsHash = RegionsHash(e, sum);
+  out.lowPyramidHash = PictureHash(e).h;
   return out;
 }
 
@@ -117,8 +94,6 @@ struct Case {
   bool shared;  // a shared photograph, resampled to one megapixel
   Lock want;
 };
-
-void PrintTo(const Case& c, std::ostream* os) { *os << c.file; }
 
 const Case kCases[] = {
     {"astronaut.png", false,
@@ -155,8 +130,7 @@ TEST_P(SegmentationLock, SameResultsAsRecorded) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Pictures, SegmentationLock, ::testing::ValuesIn(kCases), [](const auto& info) {
-  std::string name = info.param.file;
-  return name.substr(0, name.find('.'));
+  return std::string(info.param.file).substr(0, std::string(info.param.file).find('.'));
 });
 
 }  // namespace
