@@ -3,28 +3,30 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <tuple>
 
 #include "SegEngine.h"
 #include "outline/OutlineRecords.h"
 
 namespace {
 
-std::vector<DWORD> Of(const CDWordArray& a) { return std::vector<DWORD>(a.GetData(), a.GetData() + a.GetSize()); }
 using Picture = std::vector<unsigned char>;
+std::vector<DWORD> Of(const CDWordArray& a) { return std::vector<DWORD>(a.GetData(), a.GetData() + a.GetSize()); }
+Picture Plain(int w, int h) { return testimg::MakeDib24(w, h, [](int, int) { return RGB(1, 2, 3); }); }
 
-TEST(IsGrayValued, GreenMayDifferBySevenRedOnlyByThree) {  // blue 100 in the last pixel
+TEST(IsGrayValued, GreenMayDifferBySevenRedOnlyByThree) {  // from blue 100, in the last pixel
   const std::pair<COLORREF, int> cases[] = {{RGB(103, 107, 100), 1}, {RGB(97, 93, 100), 1}, {RGB(100, 108, 100), 0},
                                             {RGB(104, 100, 100), 0}, {RGB(96, 100, 100), 0}, {RGB(107, 100, 100), 0}};
   for (const auto& c : cases) {
-    Picture dib = testimg::MakeDib24(3, 2, [&](int x, int y) { return x == 2 && y == 1 ? c.first : RGB(50, 50, 50); });
     SegEngine e;
+    Picture dib = testimg::MakeDib24(3, 2, [&](int x, int y) { return x == 2 && y == 1 ? c.first : RGB(50, 50, 50); });
     e.Load(dib);
     EXPECT_EQ(e.IsGrayValued(), c.second) << std::hex << c.first;
   }
   EXPECT_EQ(SegEngine().IsGrayValued(), 0);
 }
 
-// GetColorNumber with stale host lists; the count, or -1 when it refuses.
+// GetColorNumber with stale lists: the count, or -1 when it refuses.
 int Count(Picture dib, LONG rectW, LONG rectH, CDWordArray* list = nullptr) {
   SegEngine e;
   if (!dib.empty()) e.Load(dib);
@@ -32,26 +34,21 @@ int Count(Picture dib, LONG rectW, LONG rectH, CDWordArray* list = nullptr) {
   e.m_arrColorList.Add(6);
   int n = -1;
   if (!e.GetColorNumber(n, list)) return n == -1 ? -1 : -2;
-  if (list) {
-    EXPECT_EQ(Of(e.m_arrColorList), Of(*list));
-  }
-  return !list || e.m_arrColorList.GetSize() == n ? n : -3;
+  return !list || (Of(e.m_arrColorList) == Of(*list) && list->GetSize() == n) ? n : -3;
 }
 
-// An interior pixel of Columns(w) sees three pixels of the column to its
-// left, two of its own and three of the right one; the tie goes left. So
-// columns 0 .. w-3 are dominant: 99 for w = 101, 100 (too many) for 102.
-Picture Columns(int w) { return testimg::MakeDib24(w, 3, [](int x, int) { return RGB(x, 255 - x, 7); }); }
-Picture Plain(int w, int h) { return testimg::MakeDib24(w, h, [](int, int) { return RGB(1, 2, 3); }); }
-
 TEST(GetColorNumber, CountsColoursAboveTheSizeLimit) {
+  // An interior pixel of a picture of columns sees three pixels of the left
+  // column, two of its own and three of the right one; the tie goes left,
+  // so columns 0 .. w-3 are dominant: 99 for w = 101, too many for 102.
+  auto columns = [](int w) { return testimg::MakeDib24(w, 3, [](int x, int) { return RGB(x, 255 - x, 7); }); };
   CDWordArray list;
   list.Add(5);
   EXPECT_EQ(Count({}, 0, 0), -1);
-  EXPECT_EQ(Count(Columns(102), 102000, 3000, &list), -1);
+  EXPECT_EQ(Count(columns(102), 102000, 3000, &list), -1);
   EXPECT_EQ(list.GetSize(), 1);
-  EXPECT_EQ(Count(Plain(40, 2), 400, 20, &list), 0);  // no interior pixels
-  EXPECT_EQ(Count(Columns(101), 101000, 3000, &list), 0);  // each colour dominant once: none kept
+  EXPECT_EQ(Count(Plain(40, 2), 400, 20, &list), 0);        // no interior pixels
+  EXPECT_EQ(Count(columns(101), 101000, 3000, &list), 0);  // each colour dominant once: none kept
   // The limit 300 / r^2 (at least 4), r the larger physical scale, must be
   // exceeded; an empty rectangle keeps nothing. {w, rect w, rect h, kept}:
   const std::array<int, 4> cases[] = {{302, 302, 3, 0}, {303, 303, 3, 1}, {6, 6, 30, 0}, {7, 7, 30, 1},
@@ -77,38 +74,32 @@ struct RegionColors : ::testing::Test {
   int n = -7;
 };
 
-// B is within the radius of A; D within that of B only, and B's drop does
-// not spare it. The regions end in their former order.
-TEST_F(RegionColors, DropsNearDuplicatesAlsoOfDroppedColours) {
+// B is within the radius of A, D only within that of B, and B's drop does
+// not spare it. Of 60 colours 30 apart the 50 brightest are listed; a
+// 101st distinct colour ends the walk, its region not put back.
+TEST_F(RegionColors, DropsNearDuplicatesKeepsFiftyStopsAtAHundredAndOne) {
   COLORREF a = RGB(100, 100, 100), b = RGB(110, 100, 100), d = RGB(122, 100, 100), c = RGB(200, 0, 0);
   for (COLORREF x : {c, a, b, a, d}) Add(e.m_listOutlineRegions, x);
   std::vector<COutlineRegion*> order = Regions();
   e.GetColorListFromRegion(n, &list);
-  EXPECT_EQ(n, 2);
-  EXPECT_EQ(Of(list), (std::vector<DWORD>{a, c}));  // sums 300, 200
-  EXPECT_EQ(Of(e.m_arrColorList), Of(list));
+  EXPECT_TRUE(n == 2 && Of(list) == (std::vector<DWORD>{a, c}) && Of(e.m_arrColorList) == Of(list));  // sums 300, 200
   EXPECT_EQ(Regions(), order);
   e.m_nColorRadius = 11;  // keeps D (22 from A, 12 from B) but not B
   e.GetColorListFromRegion(n, &list);
   EXPECT_EQ(n, 3);
-}
-
-TEST_F(RegionColors, KeepsTheFiftyBrightestOfAHundred) {
+  for (COutlineRegion* r : e.m_listOutlineRegions) delete r;
+  e.m_listOutlineRegions.clear();
   for (int i = 0; i < 60; i++) Add(e.m_listOutlineRegions, RGB(30 * (i % 8), 30 * (i / 8), 0));
   e.GetColorListFromRegion(n, &list);
   ASSERT_EQ(n, 50);
-  auto sum = [](DWORD c) { return GetRValue(c) + GetGValue(c) + GetBValue(c); };
+  auto sum = [](DWORD x) { return GetRValue(x) + GetGValue(x) + GetBValue(x); };
   for (int i = 1; i < 50; i++) EXPECT_GE(sum(list[i - 1]), sum(list[i]));
   EXPECT_EQ(sum(list[49]), 120);  // sums 0, 30, 60, 90 hold the ten dropped
-  // A 101st distinct colour ends the walk; its region is not put back.
-  for (COutlineRegion* r : e.m_listOutlineRegions) delete r;
-  e.m_listOutlineRegions.clear();
-  for (int i = 0; i < 101; i++) Add(e.m_listOutlineRegions, RGB(i, 1, 0));
+  for (int i = 0; i < 41; i++) Add(e.m_listOutlineRegions, RGB(i, 1, 0));
   std::vector<COutlineRegion*> regions = Regions();
   regions.pop_back();
   e.GetColorListFromRegion(n, &list);
-  EXPECT_TRUE(n == 50 && list.GetSize() == 50);
-  EXPECT_EQ(Regions(), regions);
+  EXPECT_TRUE(n == 50 && list.GetSize() == 50 && Regions() == regions);
 }
 
 // Colour 0: two unmarked regions: listed, then counted once. Colour 1: a
@@ -144,15 +135,10 @@ TEST(ConvRGB2HSV, WorkedValues) {
 // used threads (entry 0 when all are used) and mark the one taken.
 const DWORD kT0 = RGB(0, 60, 200), kT1 = RGB(0, 0, 255), kGrey = RGB(100, 100, 100);
 
-struct Threads : ::testing::Test {
-  void SetUp() override {
-    e.m_pThreadColors = new DWORD[2]{kT0, kT1};
-    e.m_nThreadColorCount = 2;
-  }
+TEST(ThreadColors, NearestByModeAndUsedThreads) {
   SegEngine e;
-};
-
-TEST_F(Threads, NearestByModeAndUsedThreads) {
+  e.m_pThreadColors = new DWORD[2]{kT0, kT1};
+  e.m_nThreadColorCount = 2;
   const struct {
     int mode;
     std::vector<int> used, after;  // empty: no flags
@@ -178,10 +164,12 @@ TEST_F(Threads, NearestByModeAndUsedThreads) {
 
 // Both colours are nearest to grey; mode 3 gives the second the other
 // thread, unless there are more colours than threads (then mode 2; mode 1
-// falls back to mode 0). Listed colours are then looked up, others matched.
-TEST_F(Threads, NearestListsUseEachThreadOnceOnlyWhenThereAreEnough) {
-  e.m_pThreadColors[0] = kGrey;
-  e.m_pThreadColors[1] = 0;
+// falls back to mode 0). Listed colours are then looked up, others matched,
+// and the host gets copies of the lists.
+TEST(ThreadColors, NearestListsLookupsAndCopies) {
+  SegEngine e;
+  e.m_pThreadColors = new DWORD[2]{kGrey, 0};
+  e.m_nThreadColorCount = 2;
   for (DWORD c : {RGB(90, 90, 90), RGB(95, 95, 95)}) e.m_arrColorList.Add(c);
   e.SetNearestThreadColorList(3);
   EXPECT_EQ(Of(e.m_arrNearestColors), (std::vector<DWORD>{kGrey, 0}));
@@ -198,32 +186,28 @@ TEST_F(Threads, NearestListsUseEachThreadOnceOnlyWhenThereAreEnough) {
   EXPECT_EQ(Of(e.m_arrNearestColors), (std::vector<DWORD>{kGrey, kT1, kT1}));
 
   e.m_pThreadColors[0] = kT0;
-  const struct {
-    bool line;
-    int mode;
-    DWORD in, want;
-  } cases[] = {{false, 2, RGB(60, 60, 230), kT1}, {false, 2, RGB(0, 100, 255), kT0}, {false, 0, RGB(0, 100, 255), kT1},
-               {true, 0, RGB(0, 100, 255), kT1},  {true, 2, RGB(0, 100, 255), kT0},  {true, 0, RGB(1, 1, 1), kGrey}};
-  for (const auto& c : cases) {
-    e.m_nThreadColorMode = c.mode;
-    DWORD colour = c.in;
-    c.line ? e.GetNearestThreadLineColorFromList(colour) : e.GetNearestThreadColorFromList(colour);
-    EXPECT_EQ(colour, c.want) << "case " << (&c - cases);
+  const std::array<DWORD, 4> lookups[] = {{0, 2, RGB(60, 60, 230), kT1}, {0, 2, RGB(0, 100, 255), kT0},  // line, mode
+                                          {0, 0, RGB(0, 100, 255), kT1}, {1, 0, RGB(0, 100, 255), kT1},
+                                          {1, 2, RGB(0, 100, 255), kT0}, {1, 0, RGB(1, 1, 1), kGrey}};
+  for (const auto& c : lookups) {
+    e.m_nThreadColorMode = int(c[1]);
+    DWORD colour = c[2];
+    c[0] ? e.GetNearestThreadLineColorFromList(colour) : e.GetNearestThreadColorFromList(colour);
+    EXPECT_EQ(colour, c[3]) << "case " << (&c - lookups);
   }
-  // The host's copies: colour list types 0 (also unknown ones), 1 and 2; line list 0, otherwise 1.
   e.m_arrStoredColorList.Add(4);
-  const struct {
-    bool line;
-    int type;
-    const CDWordArray& want;
-  } copies[] = {{false, 0, e.m_arrColorList}, {false, 1, e.m_arrNearestColors}, {false, 2, e.m_arrStoredColorList},
-                {false, 9, e.m_arrColorList}, {true, 0, e.m_arrLineColors},      {true, 1, e.m_arrNearestLineColors},
-                {true, -4, e.m_arrNearestLineColors}};
+  const std::tuple<bool, int, const CDWordArray*> copies[] = {  // line list?, type, expected copy
+      {0, 0, &e.m_arrColorList},  {0, 1, &e.m_arrNearestColors},     {0, 2, &e.m_arrStoredColorList},
+      {0, 9, &e.m_arrColorList},  {1, 0, &e.m_arrLineColors},        {1, 1, &e.m_arrNearestLineColors},
+      {1, -4, &e.m_arrNearestLineColors}};
   for (const auto& c : copies) {
     short n = -1;
     DWORD* colors = nullptr;
-    c.line ? e.GetLineColorList(&n, &colors, c.type) : e.GetColorList(&n, &colors, static_cast<unsigned char>(c.type));
-    EXPECT_EQ(std::vector<DWORD>(colors, colors + n), Of(c.want)) << c.line << " type " << c.type;
+    if (std::get<0>(c))
+      e.GetLineColorList(&n, &colors, std::get<1>(c));
+    else
+      e.GetColorList(&n, &colors, static_cast<unsigned char>(std::get<1>(c)));
+    EXPECT_EQ(std::vector<DWORD>(colors, colors + n), Of(*std::get<2>(c))) << std::get<0>(c) << " " << std::get<1>(c);
     delete[] colors;
   }
 }

@@ -1,12 +1,11 @@
-// Hand-worked pieces of the region graph: merge values, seed regions, the
-// block stage's size limit and extension, the node pool, and pictures with
-// nothing to merge. What they feed on real pictures (edge map, merges,
-// repacking, saved regions) is held bit for bit by the results lock.
+// Hand-worked pieces of the region graph: merge values, the block stage's
+// size limit and extension, and pictures with nothing to merge. The rest
+// (edge map, seeds, merges, repacking, saved regions) is held bit for bit
+// by the results lock.
 #include <gtest/gtest.h>
 
 #include "SegEngine.h"
 #include "segment/BlockScale.h"
-#include "segment/NodePool.h"
 
 namespace {
 
@@ -38,46 +37,6 @@ TEST(CombineDec, WardCostMinusScaledBonus) {
   }
 }
 
-const int kRow[6] = {0, 1, 0, 0, 3, 4};
-
-// Seeds grow while a pixel is less than 10 from the seed's colour, 0 when
-// the pixel is on a strong edge (above 0.995); edges are indexed x * H + y.
-// A link counts the contacts whose far pixel is not on a strong edge.
-TEST(SetupGraph, HandWorkedSeeds) {
-  const struct {
-    int w, h;
-    COLORREF (*colour)(int, int);
-    std::vector<double> edge;
-    std::vector<DWORD> sizes, weak;  // weak: of each region's first link
-  } cases[] = {
-      // Red 0 1 0 0 3 4 with strong edges at 1..3: 1 and 2 do not join, 3
-      // joins at distance 0, 4 at 9; 5 is 16 from its seed.
-      {6, 1, [](int x, int) { return RGB(kRow[x], 0, 0); }, {0, 0.999, 0.999, 0.999, 0.995, 0}, {1, 1, 3, 1}, {0, 1, 0, 1}},
-      // (r 3, g 1) is at distance 10 from black, (r 3) at 9.
-      {3, 1, [](int x, int) { return x == 1 ? RGB(3, 0, 0) : x == 2 ? RGB(3, 1, 0) : RGB(0, 0, 0); }, {0, 0, 0}, {2, 1}, {1, 1}},
-      // The edge of pixel (1, 0) is at x * H + y = 2, not at y * W + x = 1.
-      {3, 2, [](int x, int y) { return x == 1 && y == 0 ? RGB(1, 0, 0) : RGB(0, 0, 0); }, {0, 0, 0.999, 0, 0, 0}, {5, 1}, {0, 3}},
-      {3, 2, [](int, int y) { return y ? RGB(200, 0, 0) : RGB(0, 0, 0); }, {0, 0, 0, 0, 0, 0}, {3, 3}, {3, 3}},
-  };
-  for (const auto& c : cases) {
-    auto dib = testimg::MakeDib24(c.w, c.h, c.colour);
-    SegEngine e;
-    e.Load(dib);
-    std::vector<double> edge = c.edge;
-    ASSERT_EQ(e.SetupGraph(e.m_pWorkBits, edge.data()), 1);
-    std::vector<DWORD> sizes, weak;
-    for (CRegion* r = e.m_pRegionHead; r; r = r->m_pNext) {
-      sizes.push_back(r->m_nSize);
-      weak.push_back(r->m_pNeighbors ? r->m_pNeighbors->m_nWeakEdges : 99);
-    }
-    EXPECT_TRUE(sizes == c.sizes && weak == c.weak) << "case " << (&c - cases);
-  }
-  SegEngine none;
-  double edge = 0;
-  unsigned char bits[4] = {};
-  EXPECT_EQ(none.SetupGraph(bits, &edge), 0);
-}
-
 // The size limit is 2^s * 16, 0 once it does not fit. A 40 x 40 black and
 // white checkerboard has 1600 one-pixel seeds without weak edges; a link
 // turns negative once d * 50 exp(-1/60) exceeds 3 * 255^2 / 2, at s = 21.0.
@@ -93,20 +52,6 @@ TEST(BlockStage, SizeLimitAndExtension) {
   ASSERT_EQ(e.GetBlockRegions(), 1);
   EXPECT_EQ(s_nBlockScale, 22);
   EXPECT_LE(e.RegionCount(), 1000);
-}
-
-// Released nodes come back first; once nothing is live, fresh nodes are cut
-// from the start of the kept chunk in address order again.
-TEST(NodePool, ReusesNodesAndStartsOverWhenEmpty) {
-  NodePool pool(3, 4);  // rounded up to a pointer
-  std::vector<char*> n;
-  for (int i = 0; i < 9; i++) n.push_back(static_cast<char*>(pool.Allocate()));
-  EXPECT_TRUE(size_t(n[1] - n[0]) == sizeof(void*) && size_t(n[3] - n[0]) == 3 * sizeof(void*));
-  pool.Release(n[5]);
-  pool.Release(n[2]);
-  EXPECT_TRUE(pool.Allocate() == n[2] && pool.Allocate() == n[5]);
-  for (int i : {8, 0, 3, 1, 2, 4, 5, 6, 7}) pool.Release(n[size_t(i)]);
-  for (int i = 0; i < 4; i++) EXPECT_EQ(pool.Allocate(), n[size_t(i)]);
 }
 
 // No picture; a grey picture (one plane); a plain picture after one of

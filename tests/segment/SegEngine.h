@@ -1,6 +1,6 @@
 // The engine with its segmentation and noise-reduction members opened, and
-// builders for hand-made region graphs (header only, so that the denoise
-// suite can use it too).
+// builders for hand-made region graphs (header only: the denoise suite
+// uses it too).
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,8 +32,7 @@ class SegEngine : public CPictrace {
   int Width() const { return m_bmiHeader.biWidth; }
   int Height() const { return m_bmiHeader.biHeight; }
   COLORREF Pixel(int x, int y) const { return testimg::PixelAt(m_pWorkBits, Width(), x, y); }
-  // The working picture's rows without padding.
-  std::vector<unsigned char> WorkPixels() const {
+  std::vector<unsigned char> WorkPixels() const {  // rows without padding
     std::vector<unsigned char> out;
     const size_t row = 3 * static_cast<size_t>(Width()), stride = (row + 3) / 4 * 4;
     for (int y = 0; y < Height(); y++) out.insert(out.end(), m_pWorkBits + y * stride, m_pWorkBits + y * stride + row);
@@ -46,11 +45,9 @@ class SegEngine : public CPictrace {
     r->m_fRed = red;
     r->m_fGreen = green;
     r->m_fBlue = blue;
-    for (DWORD k = 0; k < n; k++) {
-      RegionPixel* p = new RegionPixel{static_cast<short>(x0 + static_cast<int>(k)), static_cast<short>(y0), nullptr};
-      (r->m_pPixelTail ? r->m_pPixelTail->m_pNext : r->m_pPixelHead) = p;
-      r->m_pPixelTail = p;
-    }
+    for (DWORD k = 0; k < n; k++)
+      r->m_pPixelTail = (r->m_pPixelTail ? r->m_pPixelTail->m_pNext : r->m_pPixelHead) =
+          new RegionPixel{static_cast<short>(x0 + static_cast<int>(k)), static_cast<short>(y0), nullptr};
     CRegion** pp = &m_pRegionHead;
     while (*pp) r->m_pPrev = *pp, pp = &(*pp)->m_pNext;
     return *pp = r;
@@ -62,10 +59,10 @@ class SegEngine : public CPictrace {
   }
 };
 
-inline CNodeNeighbor* AddLink(CRegion* from, CRegion* to, DWORD weak, float value = 0.0f) {
+inline CNodeNeighbor* AddLink(CRegion* from, CRegion* to, DWORD weak) {
   CNodeNeighbor** pp = &from->m_pNeighbors;
   while (*pp) pp = &(*pp)->m_pNext;
-  return *pp = new CNodeNeighbor{to, value, weak, nullptr};
+  return *pp = new CNodeNeighbor{to, 0.0f, weak, nullptr};
 }
 
 // Same regions in the same order: sizes, means, values, pixel lists, and
@@ -73,17 +70,16 @@ inline CNodeNeighbor* AddLink(CRegion* from, CRegion* to, DWORD weak, float valu
 inline void ExpectSameGraph(const SegEngine& a, const SegEngine& b) {
   const CRegion *ra = a.m_pRegionHead, *rb = b.m_pRegionHead;
   for (int n = 0; ra && rb; ra = ra->m_pNext, rb = rb->m_pNext, n++) {
-    ASSERT_TRUE(ra->m_nSize == rb->m_nSize && ra->m_fDecrease == rb->m_fDecrease) << "region " << n;
-    ASSERT_TRUE(ra->m_fRed == rb->m_fRed && ra->m_fGreen == rb->m_fGreen && ra->m_fBlue == rb->m_fBlue) << n;
+    ASSERT_TRUE(ra->m_nSize == rb->m_nSize && ra->m_fDecrease == rb->m_fDecrease && ra->m_fRed == rb->m_fRed &&
+                ra->m_fGreen == rb->m_fGreen && ra->m_fBlue == rb->m_fBlue) << "region " << n;
     const RegionPixel *pa = ra->m_pPixelHead, *pb = rb->m_pPixelHead;
     for (; pa && pb; pa = pa->m_pNext, pb = pb->m_pNext) ASSERT_TRUE(pa->x == pb->x && pa->y == pb->y) << n;
     ASSERT_TRUE(!pa && !pb) << n;
     const CNodeNeighbor *la = ra->m_pNeighbors, *lb = rb->m_pNeighbors;
-    for (; la && lb; la = la->m_pNext, lb = lb->m_pNext) {
-      ASSERT_TRUE(la->m_nWeakEdges == lb->m_nWeakEdges && la->m_fDecrease == lb->m_fDecrease) << n;
-      ASSERT_TRUE(la->m_pRegion->m_pPixelHead->x == lb->m_pRegion->m_pPixelHead->x &&
+    for (; la && lb; la = la->m_pNext, lb = lb->m_pNext)
+      ASSERT_TRUE(la->m_nWeakEdges == lb->m_nWeakEdges && la->m_fDecrease == lb->m_fDecrease &&
+                  la->m_pRegion->m_pPixelHead->x == lb->m_pRegion->m_pPixelHead->x &&
                   la->m_pRegion->m_pPixelHead->y == lb->m_pRegion->m_pPixelHead->y) << n;
-    }
     ASSERT_TRUE(!la && !lb) << n;
   }
   EXPECT_TRUE(!ra && !rb);
