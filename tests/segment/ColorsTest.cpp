@@ -59,25 +59,23 @@ TEST(GetColorNumber, CountsColoursAboveTheSizeLimit) {
   EXPECT_EQ(Of(list), (std::vector<DWORD>{0xFA0A0A, 0x0A0AC8}));  // packed, brightest first
 }
 
-struct RegionColors : ::testing::Test {
-  void SetUp() override { e.Load(dib); }
-  void Add(std::list<COutlineRegion*>& to, COLORREF color, int index = -1, int marked = 0) {
-    to.push_back(new COutlineRegion);
-    to.back()->m_crColor = color;
-    to.back()->m_nColorIndex = index;
-    to.back()->m_bMarked = marked;
-  }
-  std::vector<COutlineRegion*> Regions() const { return {e.m_listOutlineRegions.begin(), e.m_listOutlineRegions.end()}; }
-  Picture dib = Plain(4, 4);
-  SegEngine e;
-  CDWordArray list;
-  int n = -7;
-};
+void Add(std::list<COutlineRegion*>& to, COLORREF color, int index = -1, int marked = 0) {
+  to.push_back(new COutlineRegion);
+  to.back()->m_crColor = color;
+  to.back()->m_nColorIndex = index;
+  to.back()->m_bMarked = marked;
+}
 
 // B is within the radius of A, D only within that of B, and B's drop does
 // not spare it. Of 60 colours 30 apart the 50 brightest are listed; a
 // 101st distinct colour ends the walk, its region not put back.
-TEST_F(RegionColors, DropsNearDuplicatesKeepsFiftyStopsAtAHundredAndOne) {
+TEST(RegionColors, DropsNearDuplicatesKeepsFiftyStopsAtAHundredAndOne) {
+  Picture dib = Plain(4, 4);
+  SegEngine e;
+  e.Load(dib);
+  CDWordArray list;
+  int n = -7;
+  auto Regions = [&] { return std::vector<COutlineRegion*>(e.m_listOutlineRegions.begin(), e.m_listOutlineRegions.end()); };
   COLORREF a = RGB(100, 100, 100), b = RGB(110, 100, 100), d = RGB(122, 100, 100), c = RGB(200, 0, 0);
   for (COLORREF x : {c, a, b, a, d}) Add(e.m_listOutlineRegions, x);
   std::vector<COutlineRegion*> order = Regions();
@@ -105,7 +103,8 @@ TEST_F(RegionColors, DropsNearDuplicatesKeepsFiftyStopsAtAHundredAndOne) {
 // Colour 0: two unmarked regions: listed, then counted once. Colour 1: a
 // marked region counts, the unmarked one after it lists. Colour 2: marked
 // only: counted, not listed. Colour 3: no region.
-TEST_F(RegionColors, LineColoursListUnmarkedAndCountMarkedRegions) {
+TEST(RegionColors, LineColoursListUnmarkedAndCountMarkedRegions) {
+  SegEngine e;
   for (DWORD c : {1, 2, 3, 4}) e.m_arrStoredColorList.Add(c);
   const int regions[][2] = {{0, 0}, {1, 1}, {0, 0}, {2, 1}, {1, 0}, {2, 1}};  // colour, marked
   for (const auto& r : regions) Add(e.m_listStoredRegions, 0, r[0], r[1]);
@@ -116,12 +115,11 @@ TEST_F(RegionColors, LineColoursListUnmarkedAndCountMarkedRegions) {
 
 TEST(ConvRGB2HSV, WorkedValues) {
   const std::array<int, 6> cases[] = {
-      // Red first: hue (0 - 255) * 60 / 255 = -60; 255 cos(-60) is a hair
-      // above 127.5 with pi taken as 3.1415926535, so it rounds to 128.
+      // Red first: hue (0 - 255) * 60 / 255 = -60; 255 cos(-60) is a hair above 127.5 with pi as 3.1415926535.
       {255, 0, 255, 128, -221, 255}, {255, 0, 0, 255, 0, 255}, {0, 255, 0, -127, 221, 255}, {7, 7, 7, 0, 0, 7},
-      {255, 0, 10, 255, -9, 255},  // -600 / 255 truncates to -2 degrees
-      {0, 0, 255, -128, -221, 255}, {10, 200, 255, -123, -212, 255}, {200, 10, 255, -123, -212, 255},
-      {2147483647, -2147483647 - 1, 255, 128, -221, 255}, {-5, 300, 0, -127, 221, 255}};  // clamped to bytes
+      {255, 0, 10, 255, -9, 255} /* -600 / 255 truncates to -2 degrees */, {0, 0, 255, -128, -221, 255},
+      {10, 200, 255, -123, -212, 255}, {200, 10, 255, -123, -212, 255}, {-5, 300, 0, -127, 221, 255},
+      {2147483647, -2147483647 - 1, 255, 128, -221, 255}};  // clamped to bytes
   for (const auto& c : cases) {
     std::array<int, 3> p{};
     SegEngine().ConvRGB2HSV(c[0], c[1], c[2], p[0], p[1], p[2]);
@@ -186,15 +184,12 @@ TEST(ThreadColors, NearestListsLookupsAndCopies) {
   EXPECT_EQ(Of(e.m_arrNearestColors), (std::vector<DWORD>{kGrey, kT1, kT1}));
 
   e.m_pThreadColors[0] = kT0;
-  const std::array<DWORD, 4> lookups[] = {{0, 2, RGB(60, 60, 230), kT1}, {0, 2, RGB(0, 100, 255), kT0},  // line, mode
-                                          {0, 0, RGB(0, 100, 255), kT1}, {1, 0, RGB(0, 100, 255), kT1},
-                                          {1, 2, RGB(0, 100, 255), kT0}, {1, 0, RGB(1, 1, 1), kGrey}};
-  for (const auto& c : lookups) {
-    e.m_nThreadColorMode = int(c[1]);
-    DWORD colour = c[2];
-    c[0] ? e.GetNearestThreadLineColorFromList(colour) : e.GetNearestThreadColorFromList(colour);
-    EXPECT_EQ(colour, c[3]) << "case " << (&c - lookups);
-  }
+  e.m_nThreadColorMode = 2;  // lookups: listed colours, or a match in the engine's mode
+  DWORD listed = RGB(60, 60, 230), line = RGB(1, 1, 1), other = RGB(0, 100, 255);
+  e.GetNearestThreadColorFromList(listed);
+  e.GetNearestThreadLineColorFromList(line);
+  e.GetNearestThreadColorFromList(other);
+  EXPECT_TRUE(listed == kT1 && line == kGrey && other == kT0) << listed << " " << line << " " << other;
   e.m_arrStoredColorList.Add(4);
   const std::tuple<bool, int, const CDWordArray*> copies[] = {  // line list?, type, expected copy
       {0, 0, &e.m_arrColorList},  {0, 1, &e.m_arrNearestColors},     {0, 2, &e.m_arrStoredColorList},
@@ -203,10 +198,8 @@ TEST(ThreadColors, NearestListsLookupsAndCopies) {
   for (const auto& c : copies) {
     short n = -1;
     DWORD* colors = nullptr;
-    if (std::get<0>(c))
-      e.GetLineColorList(&n, &colors, std::get<1>(c));
-    else
-      e.GetColorList(&n, &colors, static_cast<unsigned char>(std::get<1>(c)));
+    std::get<0>(c) ? e.GetLineColorList(&n, &colors, std::get<1>(c))
+                   : e.GetColorList(&n, &colors, static_cast<unsigned char>(std::get<1>(c)));
     EXPECT_EQ(std::vector<DWORD>(colors, colors + n), Of(*std::get<2>(c))) << std::get<0>(c) << " " << std::get<1>(c);
     delete[] colors;
   }

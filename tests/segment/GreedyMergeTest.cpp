@@ -1,6 +1,6 @@
 // The greedy loops of one scale: hand-worked orders for the indexed loops
-// and the literal reference alike, the positions under them, and the
-// indexed loops against the literal reference on seeded region graphs.
+// and the literal reference alike, and the indexed loops against the
+// literal reference on seeded region graphs.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -63,25 +63,6 @@ TEST(GreedyLoops, HandWorkedOrdersForLiteralAndIndexed) {
       EXPECT_EQ(order, c.order);
       EXPECT_TRUE(n.merges == c.order.size() && n.blocked == c.blocked) << n.merges << " " << n.blocked;
     }
-}
-
-// Positions of a list out of address order, looked up through the hash
-// table (the seeded graphs below lie in address order).
-TEST(MergeIndex, PositionsOutOfAddressOrder) {
-  SegEngine e;
-  std::vector<CRegion*> made, order;
-  for (int i = 0; i < 200; i++) made.push_back(e.AddRegion(0, 0, 0, 0));
-  for (int i = 0; i < 200; i++) order.push_back(made[size_t(i < 100 ? 2 * i : 399 - 2 * i)]);
-  e.m_pRegionHead = order[0];
-  for (size_t i = 0; i < 200; i++) order[i]->m_pPrev = i ? order[i - 1] : nullptr, order[i]->m_pNext = i < 199 ? order[i + 1] : nullptr;
-  RegionPositions pos(e.m_pRegionHead);
-  ASSERT_EQ(pos.Size(), 200);
-  for (int i = 0; i < 200; i++) ASSERT_TRUE(pos.Of(order[size_t(i)]) == i && pos.At(i) == order[size_t(i)]) << i;
-  CRegion outsider;
-  for (int gone : {0, 150, 199, 150}) pos.Remove(gone);  // twice: counted once
-  EXPECT_TRUE(pos.Of(&outsider) == -1 && pos.Of(nullptr) == -1 && pos.Live() == 197);
-  for (int i : {0, 150, 199}) EXPECT_TRUE(pos.Of(order[size_t(i)]) == -1 && !pos.At(i)) << i;
-  EXPECT_TRUE(pos.Of(order[151]) == 151 && pos.Of(order[1]) == 1);
 }
 
 // The seed graph of a picture of noisy colour patches: many small regions.

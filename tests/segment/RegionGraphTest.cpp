@@ -1,41 +1,13 @@
-// Hand-worked pieces of the region graph: merge values, the block stage's
-// size limit and extension, and pictures with nothing to merge. The rest
-// (edge map, seeds, merges, repacking, saved regions) is held bit for bit
-// by the results lock.
+// The block stage's size limit and extension, worked by hand, and pictures
+// with nothing to merge. The rest of the region graph (edge map, seeds,
+// merge values, merges, repacking, saved regions) is held bit for bit by
+// the results lock.
 #include <gtest/gtest.h>
 
 #include "SegEngine.h"
 #include "segment/BlockScale.h"
 
 namespace {
-
-TEST(CombineDec, WardCostMinusScaledBonus) {
-  const struct {
-    DWORD na;
-    float a[3];
-    DWORD nb;
-    float b[3];
-    DWORD weak;
-    double d;
-    float want;
-  } cases[] = {
-      // cost 2*3 * (9 + 16) / 5 = 30; bonus 50 exp(-2/60) + 4 = 52.360805
-      {2, {10, 20, 30}, 3, {13, 24, 30}, 4, 0.0, 30.0f},
-      {2, {10, 20, 30}, 3, {13, 24, 30}, 4, 1.0, -22.360805f},
-      {3, {13, 24, 30}, 2, {10, 20, 30}, 4, 2.0, -74.72161f},
-      {100000, {0, 0, 0}, 100000, {1, 0, 0}, 0, 0.0, 50000.0f},  // the size product needs 64 bits
-      {600, {7, 7, 7}, 60, {7, 7, 7}, 0, 1.0, -18.393972f},      // -d (50 exp(-smaller / 60) + weak)
-      {60, {7, 7, 7}, 600, {7, 7, 7}, 3, 2.0, -42.787944f},
-  };
-  for (const auto& c : cases) {
-    SegEngine e;
-    CRegion* a = e.AddRegion(0, c.a[0], c.a[1], c.a[2]);
-    CRegion* b = e.AddRegion(0, c.b[0], c.b[1], c.b[2]);
-    a->m_nSize = c.na;
-    b->m_nSize = c.nb;
-    EXPECT_FLOAT_EQ(e.CombineDec(a, AddLink(a, b, c.weak), c.d), c.want) << "case " << (&c - cases);
-  }
-}
 
 // The size limit is 2^s * 16, 0 once it does not fit. A 40 x 40 black and
 // white checkerboard has 1600 one-pixel seeds without weak edges; a link

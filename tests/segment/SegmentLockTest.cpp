@@ -10,9 +10,9 @@
 // the pyramid loop, which the default threshold skips.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "SegEngine.h"
@@ -30,37 +30,25 @@ struct Fnv {
   }
 };
 
-struct Lock {
-  int blockScale;
-  int regions;
-  std::uint64_t pixelSum;     // sum of region sizes
-  std::uint64_t regionsHash;  // sizes, mean bits and first pixels in list order
-  std::uint64_t pyramidHash;  // working picture after PyramidAlgo
-  std::uint64_t shiftHash;    // working picture and colour list after MeanShift(8)
-  int lowRegions;
-  std::uint64_t lowRegionsHash;
-  std::uint64_t lowPyramidHash;
-  auto Tied() const {
-    return std::tie(blockScale, regions, pixelSum, regionsHash, pyramidHash, shiftHash, lowRegions, lowRegionsHash,
-                    lowPyramidHash);
+// Block scale, region count, sum of region sizes, digest of the regions
+// (sizes, mean bits and first pixels in list order), of the picture after
+// PyramidAlgo, of the picture and colour list after MeanShift(8); then the
+// region count, regions digest and picture digest of the second pass.
+using Lock = std::array<std::uint64_t, 9>;
+
+std::uint64_t RegionsHash(const SegEngine& e, std::uint64_t* pixelSum) {
+  Fnv f;
+  for (const CRegion* r = e.m_pRegionHead; r; r = r->m_pNext) {
+    f.Add(r->m_nSize).Add(r->m_fRed).Add(r->m_fGreen).Add(r->m_fBlue).Add(r->m_pPixelHead->x).Add(r->m_pPixelHead->y);
+    *pixelSum += r->m_nSize;
   }
-  bool operator==(const Lock& o) const { return Tied() == o.Tied(); }
-};
+  return f.h;
+}
 
 Fnv PictureHash(const SegEngine& e) {
   Fnv f;
   for (unsigned char c : e.WorkPixels()) f.Add(c);
   return f;
-}
-
-std::uint64_t RegionsHash(const SegEngine& e, std::uint64_t& pixelSum) {
-  Fnv f;
-  pixelSum = 0;
-  for (const CRegion* r = e.m_pRegionHead; r; r = r->m_pNext) {
-    f.Add(r->m_nSize).Add(r->m_fRed).Add(r->m_fGreen).Add(r->m_fBlue).Add(r->m_pPixelHead->x).Add(r->m_pPixelHead->y);
-    pixelSum += r->m_nSize;
-  }
-  return f.h;
 }
 
 Lock Measure(std::vector<unsigned char>& dib) {
@@ -69,23 +57,23 @@ Lock Measure(std::vector<unsigned char>& dib) {
   e.Load(dib);
   e.SetImageRealRect(0, 0, e.Width(), e.Height());
   e.PyramidAlgo();
-  out.blockScale = s_nBlockScale;
-  out.regions = e.RegionCount();
-  out.regionsHash = RegionsHash(e, out.pixelSum);
-  out.pyramidHash = PictureHash(e).h;
+  out[0] = std::uint64_t(s_nBlockScale);
+  out[1] = std::uint64_t(e.RegionCount());
+  out[3] = RegionsHash(e, &out[2]);
+  out[4] = PictureHash(e).h;
   CDWordArray list;
   e.MeanShift(8, &list);
   Fnv f = PictureHash(e);
   for (INT_PTR i = 0; i < list.GetSize(); i++) f.Add(list[i]);
-  out.shiftHash = f.h;
+  out[5] = f.h;
 
   std::memcpy(e.m_pWorkBits, e.m_pDIBBits, e.m_bmiHeader.biSizeImage);
   e.SetSegmentationSensitivity(30);
   e.PyramidAlgo();
-  std::uint64_t sum;
-  out.lowRegions = e.RegionCount();
-  out.lowRegionsHash = RegionsHash(e, sum);
-  out.lowPyramidHash = PictureHash(e).h;
+  std::uint64_t sum = 0;
+  out[6] = std::uint64_t(e.RegionCount());
+  out[7] = RegionsHash(e, &sum);
+  out[8] = PictureHash(e).h;
   return out;
 }
 
