@@ -1,14 +1,13 @@
-// The greedy loops of one scale written literally: every scan walks the
-// list from the cursor. The indexed loops of segment/GreedyMerge.cpp must
-// reproduce this reference step for step (same candidates, same skips).
+// The greedy loops of one scale written literally, every scan walking the
+// list from the cursor: the reference that the indexed loops of
+// segment/GreedyMerge.cpp must reproduce step for step. The candidate a
+// scan finds is merged and the next scan starts at it; a scan that finds
+// nothing sends the cursor back to the head, unless it started there.
 #pragma once
 
 #include "segment/GreedyMerge.h"
 #include "segment/RegionGraph.h"
 
-// The candidate that scan(cursor, counts) finds is merged and the next scan
-// starts at it; a scan that finds nothing sends the cursor back to the
-// head, unless it started there.
 template <typename Scan>
 GreedyCounts MergeFromCursor(CRegion* const& pHead, const MergeStep& merge, Scan scan) {
   GreedyCounts counts;
@@ -39,10 +38,9 @@ inline GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const
 
 // The lowest negative value from the cursor on, the earliest of equal ones.
 inline GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge) {
-  return MergeFromCursor(pHead, merge, [](CRegion* cursor, GreedyCounts&) -> CRegion* {
+  return MergeFromCursor(pHead, merge, [](CRegion* cursor, GreedyCounts&) {
     CRegion* found = nullptr;
-    for (CRegion* r = cursor; r; r = r->m_pNext)
-      if (r->m_fDecrease < (found ? found->m_fDecrease : 0.0f)) found = r;
+    for (CRegion* r = cursor; r; r = r->m_pNext) found = r->m_fDecrease < (found ? found->m_fDecrease : 0.0f) ? r : found;
     return found;
   });
 }

@@ -13,7 +13,6 @@
 
 class SegEngine : public CPictrace {
  public:
-  using CPictrace::CombineDec;
   using CPictrace::CombineRegion;
   using CPictrace::FiniteDifferenceLasMumfordU;
   using CPictrace::GetBlockRegions;
@@ -41,10 +40,7 @@ class SegEngine : public CPictrace {
   // Appends a region of n pixels (x0 + k, y0) with the given mean.
   CRegion* AddRegion(DWORD n, float red, float green, float blue, int x0 = 0, int y0 = 0) {
     CRegion* r = new CRegion;
-    r->m_nSize = n;
-    r->m_fRed = red;
-    r->m_fGreen = green;
-    r->m_fBlue = blue;
+    r->m_nSize = n, r->m_fRed = red, r->m_fGreen = green, r->m_fBlue = blue;
     for (DWORD k = 0; k < n; k++)
       r->m_pPixelTail = (r->m_pPixelTail ? r->m_pPixelTail->m_pNext : r->m_pPixelHead) =
           new RegionPixel{static_cast<short>(x0 + static_cast<int>(k)), static_cast<short>(y0), nullptr};

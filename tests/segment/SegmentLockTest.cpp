@@ -84,21 +84,16 @@ struct Case {
 };
 
 const Case kCases[] = {
-    {"astronaut.png", false,
-     {17, 896, 262144u, 0x35083a51d0e5645cull, 0x15f852bb10771677ull, 0xebe65ccabfe4fdc3ull, 121,
-      0x4bb8f002144b3d3dull, 0x9849266b2d6902e1ull}},
-    {"monkey_face.png", false,
-     {11, 586, 78900u, 0x226aed0e51b1aa5cull, 0xff322a37755d9682ull, 0x49b18b9a21aaef67ull, 11, 0x96191b81c4a95390ull,
-      0x64ad3194f76dcc93ull}},
-    {"flag_kr.png", false,
-     {15, 183, 480000u, 0xd6be4c528c115531ull, 0x2687ded968b20840ull, 0x6b39482a9c06d73aull, 21, 0xd1f492708b7ba431ull,
-      0x5abd4450b6c52728ull}},
-    {"photo_fig_large.png", true,
-     {19, 897, 1000768u, 0xc4b7930171c4129bull, 0x61af6b0c0a2b3c51ull, 0xfdb62471a9413362ull, 38,
-      0x55737dcfdbb11010ull, 0x95d975d7d9c54e92ull}},
-    {"photo_paintbrushes.png", true,
-     {32, 913, 999649u, 0xe9095999c7798facull, 0x78839c492c5dc743ull, 0x801ff5c55fdd5ed4ull, 274,
-      0x8613dec51378142aull, 0x3f801cd64a9abbd7ull}},
+    {"astronaut.png", false, {17, 896, 262144u, 0x35083a51d0e5645cull, 0x15f852bb10771677ull, 0xebe65ccabfe4fdc3ull,
+                              121, 0x4bb8f002144b3d3dull, 0x9849266b2d6902e1ull}},
+    {"monkey_face.png", false, {11, 586, 78900u, 0x226aed0e51b1aa5cull, 0xff322a37755d9682ull, 0x49b18b9a21aaef67ull,
+                                11, 0x96191b81c4a95390ull, 0x64ad3194f76dcc93ull}},
+    {"flag_kr.png", false, {15, 183, 480000u, 0xd6be4c528c115531ull, 0x2687ded968b20840ull, 0x6b39482a9c06d73aull,
+                            21, 0xd1f492708b7ba431ull, 0x5abd4450b6c52728ull}},
+    {"photo_fig_large.png", true, {19, 897, 1000768u, 0xc4b7930171c4129bull, 0x61af6b0c0a2b3c51ull, 0xfdb62471a9413362ull,
+                                   38, 0x55737dcfdbb11010ull, 0x95d975d7d9c54e92ull}},
+    {"photo_paintbrushes.png", true, {32, 913, 999649u, 0xe9095999c7798facull, 0x78839c492c5dc743ull, 0x801ff5c55fdd5ed4ull,
+                                      274, 0x8613dec51378142aull, 0x3f801cd64a9abbd7ull}},
 };
 
 class SegmentationLock : public ::testing::TestWithParam<Case> {};
