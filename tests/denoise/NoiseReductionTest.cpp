@@ -51,21 +51,20 @@ TEST(MumfordSystem, HandBuiltRowsAndSolve) {
 }
 
 struct Denoise : ::testing::Test {
-  void Load(int w, int h, COLORREF (*colour)(int, int)) {
-    dib = testimg::MakeDib24(w, h, colour);
-    e.Load(dib);
-    std::memset(e.m_pWorkBits, 0, e.m_bmiHeader.biSizeImage);  // the input is read, not the working picture
+  void Load(int w, int h, COLORREF (*colour)(int, int)) {  // the input is read, not the working picture
+    e.Load(testimg::MakeDib24(w, h, colour));
+    std::memset(e.m_pWorkBits, 0, e.m_bmiHeader.biSizeImage);
   }
-  std::vector<unsigned char> dib;
   SegEngine e;
 };
 
 TEST_F(Denoise, FlatPicturesStayAndPlanesAreWrittenClamped) {
-  for (int size : {1, 7}) {
-    Load(size + 2, size, [](int, int) { return RGB(200, 37, 10); });
+  for (int size : {1, 7}) {  // the second one grey: solved as one plane written to all three bytes
+    const COLORREF c = size == 1 ? RGB(200, 37, 10) : RGB(90, 90, 90);
+    Load(size + 2, size, size == 1 ? +[](int, int) { return RGB(200, 37, 10); } : +[](int, int) { return RGB(90, 90, 90); });
     e.NoiseReduction(500.0);
-    EXPECT_EQ(e.m_listWorkBuffers.size(), 3u);
-    for (int k = 0; k < size * (size + 2); k++) ASSERT_EQ(e.Pixel(k % (size + 2), k / (size + 2)), RGB(200, 37, 10)) << k;
+    EXPECT_EQ(e.m_listWorkBuffers.size(), size == 1 ? 3u : 1u);
+    for (int k = 0; k < size * (size + 2); k++) ASSERT_EQ(e.Pixel(k % (size + 2), k / (size + 2)), c) << k;
   }
   Load(3, 3, [](int, int) { return RGB(1, 2, 3); });  // flat planes reach the write-back as they are
   std::vector<double> blue(9, 300.0), green(9, -40.0), red(9, 127.9);
@@ -76,7 +75,7 @@ TEST_F(Denoise, FlatPicturesStayAndPlanesAreWrittenClamped) {
   EXPECT_EQ(blue[8], 300.0);  // the planes are the data term and stay
 }
 
-TEST_F(Denoise, PlanesAreColumnMajorAndGreyIsOnePlane) {
+TEST_F(Denoise, PlanesAreColumnMajor) {
   Load(2, 3, [](int x, int y) { return RGB(100 + 10 * x + y, 50, 0); });
   e.m_listWorkBuffers.push_back(new double[4]);  // replaced
   e.GetValues();
@@ -84,10 +83,6 @@ TEST_F(Denoise, PlanesAreColumnMajorAndGreyIsOnePlane) {
   const double* red = e.m_listWorkBuffers.back();
   EXPECT_EQ(std::vector<double>(red, red + 6), (std::vector<double>{100, 101, 102, 110, 111, 112}));
   EXPECT_EQ(e.m_listWorkBuffers.front()[5], 0.0);
-  Load(12, 6, [](int x, int y) { int g = (x < 6 ? 40 : 210) + (x * 7 + y * 3) % 5; return RGB(g, g, g); });
-  e.NoiseReduction(1000.0);
-  EXPECT_EQ(e.m_listWorkBuffers.size(), 1u);
-  for (int k = 0; k < 72; k++) EXPECT_EQ(e.Pixel(k % 12, k / 12), 0x010101u * std::max(40, int(GetRValue(e.Pixel(k % 12, k / 12))))) << k;
 }
 
 struct ProgressRecorder : CWnd {
@@ -122,8 +117,7 @@ TEST(NoisyPhoto, FlatAreasCalmDownWhileEdgesStay) {
   auto uniform = [&state]() { return static_cast<int>((state = state * 1664525u + 1013904223u) >> 16) % 21 - 10; };
   for (size_t i = 40; i < noisy.size(); i++)
     noisy[i] = static_cast<unsigned char>(std::min(255, std::max(0, noisy[i] + uniform() + uniform() + uniform())));
-  SegEngine ref, e;
-  ref.Load(clean);
+  SegEngine e;
   e.Load(noisy);
   const int w = e.Width(), h = e.Height(), stride = w * 3;  // 512 wide: no padding
   auto diff = [](const unsigned char* a, const unsigned char* b) {
@@ -134,7 +128,7 @@ TEST(NoisyPhoto, FlatAreasCalmDownWhileEdgesStay) {
     long count[2] = {0, 0};
     for (int y = 1; y < h - 1; y++)
       for (int x = 1; x < w - 2; x++) {
-        const unsigned char *p = ref.m_pDIBBits + y * stride + 3 * x, *q = e.m_pWorkBits + y * stride + 3 * x;
+        const unsigned char *p = clean.data() + 40 + y * stride + 3 * x, *q = e.m_pWorkBits + y * stride + 3 * x;
         const int d = diff(p, p + 3), edge = d >= 80;
         if (!edge && (d > 2 || std::max({diff(p, p - 3), diff(p + 3, p + 6), diff(p, p - stride), diff(p, p + stride)}) > 2))
           continue;

@@ -10,7 +10,7 @@
 
 namespace {
 
-using Picture = std::vector<unsigned char>;
+using Picture = std::vector<unsigned char>;  // a packed DIB
 std::vector<DWORD> Of(const CDWordArray& a) { return std::vector<DWORD>(a.GetData(), a.GetData() + a.GetSize()); }
 Picture Plain(int w, int h) { return testimg::MakeDib24(w, h, [](int, int) { return RGB(1, 2, 3); }); }
 
@@ -19,8 +19,7 @@ TEST(IsGrayValued, GreenMayDifferBySevenRedOnlyByThree) {  // from blue 100, in 
                                             {RGB(104, 100, 100), 0}, {RGB(96, 100, 100), 0}, {RGB(107, 100, 100), 0}};
   for (const auto& c : cases) {
     SegEngine e;
-    Picture dib = testimg::MakeDib24(3, 2, [&](int x, int y) { return x == 2 && y == 1 ? c.first : RGB(50, 50, 50); });
-    e.Load(dib);
+    e.Load(testimg::MakeDib24(3, 2, [&](int x, int y) { return x == 2 && y == 1 ? c.first : RGB(50, 50, 50); }));
     EXPECT_EQ(e.IsGrayValued(), c.second) << std::hex << c.first;
   }
   EXPECT_EQ(SegEngine().IsGrayValued(), 0);
@@ -54,8 +53,8 @@ TEST(GetColorNumber, CountsColoursAboveTheSizeLimit) {
   const std::array<int, 4> cases[] = {{302, 302, 3, 0}, {303, 303, 3, 1}, {6, 6, 30, 0}, {7, 7, 30, 1},
                                       {77, 154, 3, 0},  {78, 156, 3, 1},  {50, 0, 0, 0}};
   for (const auto& c : cases) EXPECT_EQ(Count(Plain(c[0], 3), c[1], c[2]), c[3]) << c[0] << " " << c[1];
-  Picture two = testimg::MakeDib24(20, 10, [](int x, int) { return x < 10 ? RGB(200, 10, 10) : RGB(10, 10, 250); });
-  ASSERT_EQ(Count(two, 200, 100, &list), 2);
+  auto two = [](int x, int) { return x < 10 ? RGB(200, 10, 10) : RGB(10, 10, 250); };
+  ASSERT_EQ(Count(testimg::MakeDib24(20, 10, two), 200, 100, &list), 2);
   EXPECT_EQ(Of(list), (std::vector<DWORD>{0xFA0A0A, 0x0A0AC8}));  // packed, brightest first
 }
 
@@ -70,9 +69,8 @@ void Add(std::list<COutlineRegion*>& to, COLORREF color, int index = -1, int mar
 // not spare it. Of 60 colours 30 apart the 50 brightest are listed; a
 // 101st distinct colour ends the walk, its region not put back.
 TEST(RegionColors, DropsNearDuplicatesKeepsFiftyStopsAtAHundredAndOne) {
-  Picture dib = Plain(4, 4);
   SegEngine e;
-  e.Load(dib);
+  e.Load(Plain(4, 4));
   CDWordArray list;
   int n = -7;
   auto Regions = [&] { return std::vector<COutlineRegion*>(e.m_listOutlineRegions.begin(), e.m_listOutlineRegions.end()); };
@@ -133,7 +131,7 @@ TEST(ConvRGB2HSV, WorkedValues) {
 // used threads (entry 0 when all are used) and mark the one taken.
 const DWORD kT0 = RGB(0, 60, 200), kT1 = RGB(0, 0, 255), kGrey = RGB(100, 100, 100);
 
-TEST(ThreadColors, NearestByModeAndUsedThreads) {
+TEST(ThreadColors, NearestByModeListsLookupsAndCopies) {
   SegEngine e;
   e.m_pThreadColors = new DWORD[2]{kT0, kT1};
   e.m_nThreadColorCount = 2;
@@ -150,23 +148,18 @@ TEST(ThreadColors, NearestByModeAndUsedThreads) {
     e.GetNearestThreadColor(colour, c.mode, used.empty() ? nullptr : used.data());
     EXPECT_TRUE(colour == c.want && used == c.after) << "case " << (&c - cases);
   }
-  e.m_pThreadColors[0] = RGB(0, 0, 10);
-  e.m_pThreadColors[1] = RGB(0, 10, 0);
-  DWORD c = 0;
-  e.GetNearestThreadColor(c, 2, nullptr);
-  EXPECT_EQ(c, RGB(0, 0, 10));  // equal distances: the first thread
-  e.m_nThreadColorCount = 0;     // no table: the colour stays
-  e.GetNearestThreadColor(c = RGB(1, 2, 3), 0, nullptr);
-  EXPECT_EQ(c, RGB(1, 2, 3));
-}
+  e.m_pThreadColors[0] = RGB(0, 0, 10), e.m_pThreadColors[1] = RGB(0, 10, 0);
+  DWORD c = 0, d = RGB(1, 2, 3);
+  e.GetNearestThreadColor(c, 2, nullptr);  // equal distances: the first thread
+  e.m_nThreadColorCount = 0;               // no table: the colour stays
+  e.GetNearestThreadColor(d, 0, nullptr);
+  EXPECT_TRUE(c == RGB(0, 0, 10) && d == RGB(1, 2, 3));
 
-// Both colours are nearest to grey; mode 3 gives the second the other
-// thread, unless there are more colours than threads (then mode 2; mode 1
-// falls back to mode 0). Listed colours are then looked up, others matched,
-// and the host gets copies of the lists.
-TEST(ThreadColors, NearestListsLookupsAndCopies) {
-  SegEngine e;
-  e.m_pThreadColors = new DWORD[2]{kGrey, 0};
+  // Lists: both colours are nearest to grey; mode 3 gives the second the
+  // other thread, unless there are more colours than threads (then mode 2;
+  // mode 1 falls back to mode 0). Listed colours are then looked up, others
+  // matched, and the host gets copies of the lists.
+  e.m_pThreadColors[0] = kGrey, e.m_pThreadColors[1] = 0;
   e.m_nThreadColorCount = 2;
   for (DWORD c : {RGB(90, 90, 90), RGB(95, 95, 95)}) e.m_arrColorList.Add(c);
   e.SetNearestThreadColorList(3);

@@ -1,8 +1,8 @@
-// The greedy loops of one scale written literally, every scan walking the
-// list from the cursor: the reference that the indexed loops of
-// segment/GreedyMerge.cpp must reproduce step for step. The candidate a
-// scan finds is merged and the next scan starts at it; a scan that finds
-// nothing sends the cursor back to the head, unless it started there.
+// The greedy loops of one scale written literally, each scan walking the list
+// from the cursor: the reference the indexed loops of segment/GreedyMerge.cpp
+// must follow step for step. The candidate a scan finds is merged and the next
+// scan starts at it; one that finds nothing goes back to the head, unless it
+// started there, and then the scale ends.
 #pragma once
 
 #include "segment/GreedyMerge.h"

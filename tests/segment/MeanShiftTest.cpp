@@ -8,10 +8,7 @@
 
 namespace {
 
-struct Means {
-  DWORD size;
-  float r, g, b;
-};
+struct Means { DWORD size; float r, g, b; };
 // P1 and P2 lie just outside the sphere of P0 but inside each other's; their
 // mode M = (113.685, 100, 100) ends up 13.7 from P0's mode.
 const std::vector<Means> kNear = {{2, 100, 100, 100}, {2, 113.685f, 106.38f, 100}, {2, 113.685f, 93.62f, 100}};
@@ -43,13 +40,11 @@ TEST(MeanShift, HandWorkedModes) {
       // Fewer than one wanted acts as one: P1 and P2, 15.1 from P0, join it at 16.
       {kNear, 0, {RGB(109, 100, 100)}, 16, {RGB(109, 100, 100), RGB(109, 100, 100), RGB(109, 100, 100)}},
       {{}, 3, {0xDEAD}, 15, {}},  // no regions: nothing changes
-      {{{1, 1, 1, 1}}, 3, {0xDEAD}, 15, {RGB(0, 0, 0)}},  // no picture (below): nothing changes
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(::testing::Message() << "case " << (&c - cases));
-    auto dib = testimg::MakeDib24(12, 4, [](int, int) { return RGB(0, 0, 0); });
     SegEngine e;
-    if (&c != std::end(cases) - 1) e.Load(dib);
+    e.Load(testimg::MakeDib24(12, 4, [](int, int) { return RGB(0, 0, 0); }));
     int row = 0;  // region i paints up to 11 pixels (x, i)
     for (const Means& m : c.regions) e.AddRegion(std::min<DWORD>(m.size, 11), m.r, m.g, m.b, 0, row++)->m_nSize = m.size;
     CDWordArray list;
@@ -58,7 +53,6 @@ TEST(MeanShift, HandWorkedModes) {
     e.MeanShift(c.wanted, &list);
     EXPECT_EQ(std::vector<DWORD>(list.GetData(), list.GetData() + list.GetSize()), c.list);
     EXPECT_TRUE(e.m_arrColorList.GetSize() == list.GetSize() && e.m_nColorRadius == c.radius) << e.m_nColorRadius;
-    if (!e.HasDIBData()) continue;
     for (size_t y = 0; y < c.rows.size(); y++) EXPECT_EQ(e.Pixel(0, int(y)), c.rows[y]) << y;
     EXPECT_EQ(e.Pixel(11, 3), RGB(0, 0, 0));  // no region holds it
   }

@@ -1,7 +1,6 @@
-// The block stage's size limit and extension, worked by hand, and pictures
-// with nothing to merge. The rest of the region graph (edge map, seeds,
-// merge values, merges, repacking, saved regions) is held bit for bit by
-// the results lock.
+// The block stage's size limit and extension worked by hand, and pictures
+// with nothing to merge. The rest of the region graph (edge map, seeds, merge
+// values, merges, repacking, saved regions) is held bit for bit by the lock.
 #include <gtest/gtest.h>
 
 #include "SegEngine.h"
@@ -17,10 +16,9 @@ namespace {
 TEST(BlockStage, SizeLimitAndExtension) {
   const std::pair<double, std::uint64_t> limits[] = {{1.0, 32}, {1.2, 36}, {28.0, 1ull << 32}, {60.0, 0}, {400.0, 0}};
   for (const auto& l : limits) EXPECT_EQ(BlockSizeLimitAt(l.first), l.second) << l.first;
-  EXPECT_GT(BlockSizeLimitAt(59.9), 1ull << 63);
-  auto board = testimg::MakeDib24(40, 40, [](int x, int y) { return (x + y) % 2 ? RGB(255, 255, 255) : RGB(0, 0, 0); });
+  EXPECT_GT(BlockSizeLimitAt(59.9), 1ull << 63);  // still fits
   SegEngine e;
-  e.Load(board);
+  e.Load(testimg::MakeDib24(40, 40, [](int x, int y) { return (x + y) % 2 ? RGB(255, 255, 255) : RGB(0, 0, 0); }));
   ASSERT_EQ(e.GetBlockRegions(), 1);
   EXPECT_EQ(s_nBlockScale, 22);
   EXPECT_LE(e.RegionCount(), 1000);
@@ -32,16 +30,13 @@ TEST(PyramidAlgo, PicturesWithNothingToMerge) {
   SegEngine e;
   e.PyramidAlgo();
   EXPECT_TRUE(!e.m_pRegionHead && !e.m_pBlockRegions);
-  auto grey = testimg::MakeDib24(9, 7, [](int x, int) { return RGB(x * 20, x * 20, x * 20); });
-  auto big = testimg::MakeDib24(20, 20, [](int x, int) { return x < 10 ? RGB(0, 0, 0) : RGB(200, 200, 200); });
-  auto plain = testimg::MakeDib24(5, 4, [](int, int) { return RGB(12, 34, 56); });
-  e.Load(grey);
+  e.Load(testimg::MakeDib24(9, 7, [](int x, int) { return RGB(x * 20, x * 20, x * 20); }));
   e.PyramidAlgo();
   EXPECT_EQ(e.m_listWorkBuffers.size(), 1u);
-  e.Load(big);
+  e.Load(testimg::MakeDib24(20, 20, [](int x, int) { return x < 10 ? RGB(0, 0, 0) : RGB(200, 200, 200); }));
   e.PyramidAlgo();
   ASSERT_NE(e.m_pBlockRegions, nullptr);
-  e.Load(plain);
+  e.Load(testimg::MakeDib24(5, 4, [](int, int) { return RGB(12, 34, 56); }));
   e.PyramidAlgo();
   EXPECT_EQ(e.m_listWorkBuffers.size(), 3u);
   ASSERT_EQ(e.RegionCount(), 1);
