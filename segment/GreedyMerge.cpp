@@ -18,28 +18,6 @@ FitState StateOf(const CRegion* r, DWORD nLimit) {
   return kBlocked;
 }
 
-// The cursor rule of both literal loops: the candidate that scan(cursor,
-// counts) finds is merged and the next scan starts at it; a scan that finds
-// nothing sends the cursor back to the head, unless it started there.
-template <typename Scan>
-GreedyCounts FromCursor(CRegion* const& pHead, const MergeStep& merge, Scan scan) {
-  GreedyCounts counts;
-  CRegion* cursor = pHead;
-  while (cursor) {
-    CRegion* found = scan(cursor, counts);
-    if (found) {
-      merge(found);
-      counts.merges++;
-      cursor = found;
-    } else if (cursor != pHead) {
-      cursor = pHead;
-    } else {
-      break;
-    }
-  }
-  return counts;
-}
-
 // Merges the region at index position q: the absorbed region leaves the
 // index, and the grown region and its neighbours, the only regions whose
 // state a merge changes, are refreshed (refresh(i, nullptr) for the one that
@@ -64,30 +42,6 @@ CRegion* MergeAt(RegionPositions& pos, int q, const MergeStep& merge, GreedyCoun
 }
 
 }  // namespace
-
-GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge) {
-  return FromCursor(pHead, merge, [nLimit](CRegion* cursor, GreedyCounts& counts) -> CRegion* {
-    for (CRegion* r = cursor; r; r = r->m_pNext) {
-      FitState s = StateOf(r, nLimit);
-      if (s == kQualifies) return r;
-      if (s == kBlocked) counts.blocked++;
-    }
-    return nullptr;
-  });
-}
-
-GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge) {
-  return FromCursor(pHead, merge, [](CRegion* cursor, GreedyCounts&) -> CRegion* {
-    CRegion* found = nullptr;
-    float min = 0.0f;
-    for (CRegion* r = cursor; r; r = r->m_pNext)
-      if (r->m_fDecrease < min) {
-        found = r;
-        min = r->m_fDecrease;
-      }
-    return found;
-  });
-}
 
 // After a merge only the grown region and its neighbours change (value,
 // best link, size behind the best link), and the absorbed region leaves;

@@ -7,13 +7,12 @@
 // qualifies under the size limit; the pyramid stage takes the region with
 // the lowest value (the earliest of equal ones).
 //
-// Each loop exists twice: a literal list scan, and an indexed version that
-// finds the same candidate and counts the same skips without walking the
-// list (the literal scan is quadratic in the region count on photographs).
-// The indexed loops take the positions of the regions, built once for a
+// The loops are indexed: they find the candidate that a literal walk of the
+// list from the cursor would find, and count the same skips, without
+// walking the list (the literal walk is quadratic in the region count on
+// photographs). They take the positions of the regions, built once for a
 // whole stage (scale after scale) and kept up to date as regions merge
-// away. The engine uses the indexed loops; the tests hold the two against
-// each other.
+// away.
 #pragma once
 
 #include <cstdint>
@@ -35,10 +34,8 @@ struct GreedyCounts {
 
 // Block stage: a region qualifies when its value is negative and both it
 // and the region behind its best link hold at most nLimit pixels.
-GreedyCounts MergeFirstFitScan(CRegion* const& pHead, DWORD nLimit, const MergeStep& merge);
 GreedyCounts MergeFirstFitIndexed(RegionPositions& positions, CRegion* const& pHead, DWORD nLimit,
                                   const MergeStep& merge);
 
 // Pyramid stage: the lowest negative value from the cursor on.
-GreedyCounts MergeGlobalMinScan(CRegion* const& pHead, const MergeStep& merge);
 GreedyCounts MergeGlobalMinIndexed(RegionPositions& positions, CRegion* const& pHead, const MergeStep& merge);

@@ -56,7 +56,6 @@ class PositionCounter {
   void Add(int i, int delta);
   std::int64_t CountBelow(int i) const;  // flagged positions < i
   int FindNth(std::int64_t n) const;     // position of the n-th flagged (1-based), or size
-  int Size() const { return m_n; }
 
  private:
   int m_n;

@@ -33,16 +33,6 @@ void NodePool::Release(void* p) {
   if (--m_nLive == 0) KeepFirstChunk();
 }
 
-std::size_t NodePool::LiveNodes() const {
-  std::lock_guard<SpinLock> guard(m_lock);
-  return m_nLive;
-}
-
-std::size_t NodePool::Chunks() const {
-  std::lock_guard<SpinLock> guard(m_lock);
-  return m_chunks.size();
-}
-
 // Fresh nodes are cut from the newest chunk in address order, so that a new
 // graph is laid out in memory in the order it is built, and a chunk's pages
 // are touched only as its nodes are used.

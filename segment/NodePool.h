@@ -20,9 +20,6 @@ class NodePool : private pictrace::NoCopy {
   void* Allocate();
   void Release(void* p);
 
-  std::size_t LiveNodes() const;
-  std::size_t Chunks() const;
-
  private:
   struct FreeNode {
     FreeNode* m_pNext;
@@ -53,7 +50,7 @@ class NodePool : private pictrace::NoCopy {
    private:
     std::atomic<bool> m_taken{false};
   };
-  mutable SpinLock m_lock;
+  SpinLock m_lock;
 };
 
 // The pool for nodes of N bytes. It is never destroyed, so that an engine
