@@ -9,7 +9,6 @@
 #include "outline/DiscFit.h"
 #include "outline/OutlineImage.h"
 #include "outline/OutlineRecords.h"
-#include "outline/PieceSearch.h"
 #include "outline/RegionAssembly.h"
 
 namespace {
@@ -60,8 +59,7 @@ int CPictrace::GetOutline4Cartoon2(double dParam, unsigned char** ppMask) {
   ctx.satinWidth = m_dSatinWidth;
   ctx.disc = &disc;
   ctx.scratch = scratch.data();
-  outline::CPieceIndex index(pieces);
-  outline::AssembleRegions(stage.comps, pieces, index, ctx, m_listOutlineRegions);
+  outline::AssembleRegions(stage.comps, pieces, ctx, m_listOutlineRegions);
 
   SortRegionSeq(m_listOutlineRegions);
   SetOutlineColorIndex(m_listOutlineRegions);
