@@ -69,23 +69,21 @@ struct LinearPieceSearch {
       if (pred(*p[k])) return static_cast<int>(k);
     return -1;
   }
-  int FirstOfRegion(int r) const { return First(0, [&](const COutlineVector& v) { return v.m_nRegion == r; }); }
+  int FirstOfRegion(int r) const { return First(0, [&](auto& v) { return v.m_nRegion == r; }); }
   int NextOfRegionOnLine(int from, int r, sPoint pt) const {
-    return First(from, [&](const COutlineVector& v) {
-      return v.m_nRegion == r && (v.m_ptStart.x == pt.x || v.m_ptStart.y == pt.y);
-    });
+    return First(from, [&](auto& v) { return v.m_nRegion == r && (v.m_ptStart.x == pt.x || v.m_ptStart.y == pt.y); });
   }
   bool RegionStartsAt(int r, sPoint pt) const {
-    return First(0, [&](const COutlineVector& v) { return v.m_nRegion == r && v.m_ptStart == pt; }) >= 0;
+    return First(0, [&](auto& v) { return v.m_nRegion == r && v.m_ptStart == pt; }) >= 0;
   }
-  int FirstWithNeighbor(int n) const { return First(0, [&](const COutlineVector& v) { return v.m_nNeighbor == n; }); }
+  int FirstWithNeighbor(int n) const { return First(0, [&](auto& v) { return v.m_nNeighbor == n; }); }
+  int NextInChain(int n, sPoint pt) const {
+    return First(0, [&](auto& v) { return v.m_nNeighbor == n && v.m_ptStart == pt; });
+  }
   void ClosedWithNeighbor(int n, std::vector<int>& out) const {
     out.clear();
     for (size_t k = 0; k < p.size(); k++)
       if (p[k]->m_nNeighbor == n && p[k]->m_ptStart == p[k]->m_ptEnd) out.push_back(static_cast<int>(k));
-  }
-  int NextInChain(int n, sPoint pt) const {
-    return First(0, [&](const COutlineVector& v) { return v.m_nNeighbor == n && v.m_ptStart == pt; });
   }
 };
 
