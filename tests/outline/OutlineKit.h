@@ -1,6 +1,5 @@
 // Shared pieces of the outline tests: an engine that opens the stage's
-// protected members, pictures drawn as text or as random blocks, and
-// hand-made pieces.
+// protected members, pictures as text or random blocks, hand-made pieces.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +19,7 @@ inline V Chain(const sPoint* p, int n) { return V(p, p + n); }
 // Text pictures: '.' white, '#' black, r g b y; other characters a colour each.
 inline COLORREF TextColor(char c) {
   static const char keys[] = ".#rgby";
-  static const COLORREF colors[] = {RGB(255, 255, 255), RGB(0, 0, 0),   RGB(255, 0, 0),
-                                    RGB(0, 255, 0),     RGB(0, 0, 255), RGB(255, 255, 0)};
+  static const COLORREF colors[] = {0xFFFFFF, 0, RGB(255, 0, 0), RGB(0, 255, 0), RGB(0, 0, 255), RGB(255, 255, 0)};
   const char* k = std::strchr(keys, c);
   return k && c ? colors[k - keys] : RGB(static_cast<BYTE>(c), 128, 64);
 }
@@ -33,10 +31,7 @@ struct OutlineEngine : CPictrace {
   using CPictrace::GetOutline4Cartoon2;
   using CPictrace::RemoveExtraPoint;
   using CPictrace::RemoveSmallRegions;
-  using CPictrace::SetOutlineColorIndex;
   using CPictrace::SmoothOutline;
-  using CPictrace::SmoothOutlineVector;
-  using CPictrace::SortRegionSeq;
   void Load(int width, int height, const std::function<COLORREF(int, int)>& fn) {
     SetDIBData(testimg::MakeDib24(width, height, fn).data());
   }
@@ -51,9 +46,7 @@ struct OutlineEngine : CPictrace {
 template <class T>
 struct Owned : std::list<T*> {
   using std::list<T*>::list;
-  ~Owned() {
-    for (T* p : *this) delete p;
-  }
+  ~Owned() { for (T* p : *this) delete p; }
 };
 
 // A small deterministic generator, independent of the standard library.
@@ -80,16 +73,13 @@ inline std::vector<COLORREF> RandomBlocks(Rng& rng, int w, int h, int colors, in
   return px;
 }
 
-// A hand-made piece over pts; its raw points are pts moved down by rawDy.
-inline COutlineVector* Piece(int region, int neighbor, V pts, int rawDy = 0) {
+// A hand-made piece over pts, raw and reduced.
+inline COutlineVector* Piece(int region, int neighbor, V pts) {
   COutlineVector* v = new COutlineVector;
-  v->m_nRegion = region;
-  v->m_nNeighbor = neighbor;
+  v->m_nRegion = region, v->m_nNeighbor = neighbor;
   v->m_nPoints = v->m_nRawPoints = static_cast<int>(pts.size());
-  v->m_pPoints = new sPoint[pts.size()];
-  v->m_pRawPoints = new sPoint[pts.size()];
-  for (size_t k = 0; k < pts.size(); k++) v->m_pPoints[k] = pts[k], v->m_pRawPoints[k] = Pt(pts[k].x, pts[k].y + rawDy);
-  v->m_ptStart = pts.front();
-  v->m_ptEnd = pts.back();
+  v->m_pPoints = new sPoint[pts.size()], v->m_pRawPoints = new sPoint[pts.size()];
+  for (size_t k = 0; k < pts.size(); k++) v->m_pPoints[k] = v->m_pRawPoints[k] = pts[k];
+  v->m_ptStart = pts.front(), v->m_ptEnd = pts.back();
   return v;
 }

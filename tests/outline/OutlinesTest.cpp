@@ -1,6 +1,5 @@
-// Smoothing of pieces, outline regions with their holes and narrow flag, the
-// clean-up's give-up, the assembly's quirks on hand-made pieces, region
-// order and colour indices.
+// Smoothing of pieces, outline regions in order with their holes and narrow
+// flag, the clean-up's give-up, and the assembly's quirks on hand-made pieces.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -38,22 +37,7 @@ TEST(Smoothing, ReductionAndSimplificationTable) {
   }
 }
 
-TEST(SmoothOutlineVector, TwinsShareVerticesAndDuplicatesGo) {
-  // The staircase's corners lie within 2 / sqrt(13) of its chord. Its twin
-  // takes those vertices and the raw points backwards, not its own path; a
-  // piece whose region is its neighbour is nobody's twin.
-  V stair = {Pt(0, 0), Pt(1, 0), Pt(1, 1), Pt(2, 1), Pt(2, 2), Pt(3, 2)}, other = {Pt(3, 2), Pt(3, 0), Pt(0, 0)};
-  std::vector<COutlineVector*> p = {Piece(0, 1, stair), Piece(1, 0, other), Piece(0, 1, stair), Piece(2, 2, other)};
-  Owned<COutlineVector> l(p.begin(), p.end());
-  OutlineEngine().SmoothOutlineVector(l, 0.8);
-  ASSERT_EQ(std::vector<COutlineVector*>(l.begin(), l.end()), (std::vector<COutlineVector*>{p[0], p[1], p[3]}));
-  EXPECT_EQ(Chain(p[0]->m_pPoints, p[0]->m_nPoints), (V{Pt(0, 0), Pt(3, 2)}));
-  EXPECT_EQ(Chain(p[1]->m_pPoints, p[1]->m_nPoints), (V{Pt(3, 2), Pt(0, 0)}));
-  EXPECT_EQ(Chain(p[1]->m_pRawPoints, p[1]->m_nRawPoints), V(stair.rbegin(), stair.rend()));
-  EXPECT_EQ(Chain(p[3]->m_pRawPoints, p[3]->m_nRawPoints), other);
-}
-
-TEST(GetOutline4Cartoon2, RegionsLargestFirstWithHolesAndNarrowFlags) {
+TEST(GetOutline4Cartoon2, RegionsLargestFirstHolesNarrowFlagsAndTheCleanUp) {
   OutlineEngine e;
   e.m_listOutlineRegions.push_back(new COutlineRegion);  // no picture: 0, the list kept
   ASSERT_EQ(e.GetOutline4Cartoon2(1.0, nullptr) + e.m_listOutlineRegions.size(), 1u);
@@ -70,19 +54,17 @@ TEST(GetOutline4Cartoon2, RegionsLargestFirstWithHolesAndNarrowFlags) {
   EXPECT_EQ(r[0]->m_rcBound, CRect(0, 0, 6, 5));
   EXPECT_EQ(Chain(r[1]->m_pPoints, r[1]->m_nPoints), (V{Pt(2, 6), Pt(4, 6), Pt(5, 6), Pt(5, 5), Pt(5, 2), Pt(2, 2), Pt(2, 6)}));
   EXPECT_TRUE(r[1]->m_crColor == TextColor('r') && r[1]->m_nColorIndex == -1);  // no colour list
-  // Enclosed: a hole of 13 raw points, the square's 12 and the repeat; the
-  // copy of the region is deep.
+  // Enclosed: a hole of 13 raw points, the square's 12 and the repeat.
   e.LoadText({".......", ".......", "..rrr..", "..rrr..", "..rrr..", "......."});
   e.GetOutline4Cartoon2(0.0, nullptr);
   r = Regions(e.m_listOutlineRegions);
   EXPECT_EQ(Chain(r[0]->m_pPoints, r[0]->m_nPoints), (V{Pt(0, 0), Pt(0, 6), Pt(7, 6), Pt(7, 0), Pt(0, 0)}));
   ASSERT_EQ(r[0]->m_arrHoles.GetSize(), 1);
   EXPECT_EQ(Chain(r[0]->m_arrHoles[0]->m_pPoints, 5), Chain(r[1]->m_pPoints, 5));
-  COutlineRegion copy;
+  COutlineRegion copy;  // deep, with every field
   copy = *r[0];
   EXPECT_EQ(V({Pt(copy.m_nArea, copy.m_nPixels), Pt(copy.m_pComponent->m_nPoints, copy.m_arrHoles[0]->m_nRawPoints)}),
             V({Pt(84, 33), Pt(33, 13)}));
-  EXPECT_NE(copy.m_arrHoles[0]->m_pRawPoints, r[0]->m_arrHoles[0]->m_pRawPoints);
   // Narrow: white and a 30 x 20 red hold the disc of radius 6; a 10 x 10
   // green has min(6, 9, 9) / 40 < 0.2; a 40 x 2 blue min(6, 39, 1) / 84.
   e.Load(60, 30, [](int x, int y) {
@@ -96,12 +78,9 @@ TEST(GetOutline4Cartoon2, RegionsLargestFirstWithHolesAndNarrowFlags) {
     EXPECT_EQ(narrow, want);
     e.SetImageRealRect(0, 0, 210, 105);  // 3.5 units per pixel: satin width 10, green 9 / 40
   }
-}
-
-TEST(GetOutline4Cartoon2, CleanUpGivesUpAfterAHundredPassesAndDeletesTheMask) {
-  // Between host-masked green and yellow the middle pixel turns green,
-  // yellow, green ... Pass 101 paints it green and ends the clean-up.
-  OutlineEngine e;
+  // The clean-up gives up: between host-masked green and yellow the middle
+  // pixel turns green, yellow, green ... Pass 101 paints it green, ends the
+  // clean-up and deletes the mask. When it settles, the mask stays.
   e.LoadText({"gry"});
   int host[3] = {1, 0, 1};
   e.SetMASKData(host);
@@ -109,7 +88,7 @@ TEST(GetOutline4Cartoon2, CleanUpGivesUpAfterAHundredPassesAndDeletesTheMask) {
   ASSERT_EQ(e.GetOutline4Cartoon2(0.0, &mask), 1);
   EXPECT_TRUE(mask == nullptr && e.WorkPixel(1, 0) == TextColor('g'));
   e.SetMASKData(nullptr);
-  e.LoadText({"rrrrr", "rrbrr", "rrrrr"});  // settles: the mask stays
+  e.LoadText({"rrrrr", "rrbrr", "rrrrr"});
   std::unique_ptr<unsigned char[]> owned(mask = new unsigned char[15]());
   e.GetOutline4Cartoon2(0.0, &mask);
   EXPECT_TRUE(mask == owned.get() && e.WorkPixel(2, 1) == TextColor('r') && e.m_listOutlineRegions.size() == 1);
@@ -120,8 +99,7 @@ TEST(GetOutline4Cartoon2, CleanUpGivesUpAfterAHundredPassesAndDeletesTheMask) {
 std::vector<COutlineRegion*> Assemble(std::vector<COutlineVector*> pieces, Owned<COutlineRegion>& out) {
   Owned<COutlineVector> own(pieces.begin(), pieces.end());
   std::list<CConComponent*> comps = {new CConComponent, new CConComponent};
-  comps.front()->m_pPoints = new sPoint[1]{Pt(0, 0)};
-  comps.front()->m_nPoints = 1;
+  comps.front()->m_pPoints = new sPoint[1]{Pt(0, 0)}, comps.front()->m_nPoints = 1;
   V disc = outline::BuildDiscTable(6.0);
   std::vector<unsigned char> scratch(1600, 0);
   outline::AssemblyContext ctx{40, 40, 6.0, &disc, scratch.data()};
@@ -131,7 +109,7 @@ std::vector<COutlineRegion*> Assemble(std::vector<COutlineVector*> pieces, Owned
   return Regions(out);
 }
 
-TEST(AssembleRegions, ChainedHolesAreCheckedAgainstHolesAndTheOuterOutline) {
+TEST(AssembleRegions, ChainedHolesAndTheOuterOutlineOnHandMadePieces) {
   Owned<COutlineRegion> out;
   auto r = Assemble({Piece(0, -1, {Pt(0, 0), Pt(0, 30), Pt(30, 30), Pt(30, 0), Pt(0, 0)}),
                      Piece(2, 0, {Pt(2, 2), Pt(2, 10), Pt(10, 10), Pt(10, 2), Pt(2, 2)}),  // closed: a hole
@@ -145,16 +123,6 @@ TEST(AssembleRegions, ChainedHolesAreCheckedAgainstHolesAndTheOuterOutline) {
   EXPECT_EQ(r[0]->m_arrHoles[0]->m_nPoints * 10 + r[0]->m_bNarrow, 51);  // narrow: 0 / 120 < 0.2
   const CHole* h = r[0]->m_arrHoles[1];
   EXPECT_EQ(Chain(h->m_pPoints, h->m_nPoints), (V{Pt(15, 15), Pt(15, 18), Pt(18, 18), Pt(18, 15)}));
-}
-
-TEST(AssembleRegions, OuterOutlineQuirks) {
-  // A piece with the region as neighbour ending where one of the region's
-  // pieces starts is part of the outer boundary, not a hole.
-  Owned<COutlineRegion> out;
-  auto r = Assemble({Piece(0, 1, {Pt(2, 3), Pt(2, 0)}), Piece(0, -1, {Pt(2, 0), Pt(0, 0), Pt(0, 3), Pt(2, 3)}),
-                     Piece(1, 0, {Pt(2, 0), Pt(2, 3)})}, out);
-  EXPECT_EQ(r[0]->m_arrHoles.GetSize(), 0);
-  EXPECT_EQ(Chain(r[0]->m_pPoints, r[0]->m_nPoints), (V{Pt(2, 3), Pt(2, 0), Pt(0, 0), Pt(0, 3), Pt(2, 3)}));
   // After (0,0)-(5,0) the next piece in array order starts at (5,9): same x,
   // so it is examined and passed over, not appended; if it ends at the
   // first start, the outline is complete there.
@@ -165,37 +133,6 @@ TEST(AssembleRegions, OuterOutlineQuirks) {
     V want = decoyEndsAtStart ? V{Pt(0, 0), Pt(5, 0)} : V{Pt(0, 0), Pt(5, 0), Pt(5, 5), Pt(0, 5), Pt(0, 0)};
     EXPECT_EQ(Chain(r[0]->m_pPoints, r[0]->m_nPoints), want);
   }
-}
-
-COutlineRegion* Rect(int x0, int y0, int w, int h, COLORREF c) {
-  COutlineRegion* r = new COutlineRegion;
-  r->m_nPoints = 4;
-  r->m_pPoints = new sPoint[4]{Pt(x0, y0), Pt(x0, y0 + h), Pt(x0 + w, y0 + h), Pt(x0 + w, y0)};
-  r->m_crColor = c;
-  return r;
-}
-
-TEST(RegionOrder, ExchangeSortOfTwiceTheAreaAndNearestColours) {
-  OutlineEngine e;
-  Owned<COutlineRegion> l;
-  EXPECT_EQ(e.SortRegionSeq(l), 0);
-  COutlineRegion *a = Rect(0, 0, 5, 1, 1), *b = Rect(9, 9, 1, 5, 2), *c = Rect(3, 3, 7, 1, 3), *d = Rect(0, 0, 9, 9, 4);
-  d->m_nPoints = 2;  // two vertices: area 0
-  l.assign({a, d, b, c});
-  EXPECT_EQ(e.SortRegionSeq(l), 1);
-  EXPECT_EQ(std::vector<int>({a->m_nArea, b->m_nArea, c->m_nArea, d->m_nArea}), std::vector<int>({10, 10, 14, 0}));
-  // a < c: [c d b a]; d < b: [c b d a]; d < a: [c b a d]. A stable sort would put a before b.
-  EXPECT_EQ(Regions(l), (std::vector<COutlineRegion*>{c, b, a, d}));
-  // Colours: the nearest entry, the first of equals, always the engine's list.
-  e.m_listOutlineRegions = {Rect(0, 0, 1, 1, RGB(10, 10, 10)), Rect(0, 0, 1, 1, RGB(200, 0, 0))};
-  e.SetOutlineColorIndex(l);  // no colour list: nothing happens
-  EXPECT_EQ(e.m_listOutlineRegions.front()->m_nColorIndex, -1);
-  for (COLORREF k : {RGB(0, 0, 0), RGB(20, 20, 20), RGB(255, 0, 0)}) e.m_arrColorList.Add(k);  // 300, 300
-  e.SetOutlineColorIndex(l);
-  auto r = Regions(e.m_listOutlineRegions);
-  EXPECT_EQ(V({Pt(r[0]->m_nColorIndex, r[1]->m_nColorIndex)}), V({Pt(0, 2)}));
-  EXPECT_EQ(std::vector<COLORREF>({r[0]->m_crColor, r[1]->m_crColor}), std::vector<COLORREF>({0, RGB(255, 0, 0)}));
-  for (COutlineRegion* p : l) EXPECT_EQ(p->m_nColorIndex, -1);
 }
 
 }  // namespace
