@@ -1,5 +1,4 @@
-// The indexed and restart-point procedures against the plain ones of
-// LiteralReference.h, on random input.
+// The indexed and restart-point procedures against the plain ones of LiteralReference.h, on random input.
 #include <gtest/gtest.h>
 
 #include "outline/CrossingRepair.h"
@@ -20,8 +19,8 @@ std::vector<COutlineVector*> Keyed(Rng& rng, Owned<COutlineVector>& own, int n) 
   return {own.begin(), own.end()};
 }
 
-// Crossing repair against the restart from the first pixel; the exchange
-// sort and the piece pairs against the comparison of every pair.
+// Crossing repair against the restart from the first pixel; the exchange sort and the piece pairs against the
+// comparison of every pair.
 TEST(Differential, RepairSortAndPiecePairsMatchThePlainProcedures) {
   int repairs = 0, twins = 0, dups = 0;
   for (int seed = 1; seed <= 300; seed++) {
@@ -54,8 +53,8 @@ TEST(Differential, RepairSortAndPiecePairsMatchThePlainProcedures) {
   EXPECT_EQ(outline::ExchangeSortOrder({5, 5, 7}), (std::vector<int>{2, 1, 0}));  // 7 swaps with 5a, 5b stays
 }
 
-// Both searches get the same questions; answers are consumed at random, as
-// the assembly consumes them, and some pieces from elsewhere.
+// Both searches get the same questions; answers are consumed at random, as the assembly consumes them, and some
+// pieces from elsewhere.
 TEST(Differential, PieceIndexAnswersAsTheLinearScan) {
   for (int seed = 1; seed <= 100; seed++) {
     Rng rng(seed);

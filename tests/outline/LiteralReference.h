@@ -1,6 +1,5 @@
-// The plain procedures, written the slow way: every scan starts again from
-// the beginning and every pair is compared. The reference for the indexed
-// and restart-point versions of the engine.
+// The plain procedures, written the slow way: every scan starts again from the beginning and every pair is
+// compared. The reference for the indexed and restart-point versions of the engine.
 #pragma once
 
 #include <cstring>
@@ -14,9 +13,8 @@ namespace literal {
 // Pixel i has the label of its diagonal neighbour i + W + dx, not of those between.
 inline bool Cross(const int* L, int W, int i, int dx) { return L[i] == L[i + W + dx] && L[i] != L[i + dx] && L[i] != L[i + W]; }
 
-// Crossing repair that scans again from the first pixel after every repair:
-// first down-right crossings (recolouring the right neighbour), then down-left
-// ones (the left neighbour).
+// Crossing repair that scans again from the first pixel after every repair: first down-right crossings
+// (recolouring the right neighbour), then down-left ones (the left neighbour).
 inline int RepairCrossings(int* L, int W, int H, unsigned char* bits, int stride) {
   for (int repairs = 0;; repairs++) {
     int from = -1, to = -1;

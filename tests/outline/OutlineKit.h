@@ -27,6 +27,7 @@ inline COLORREF TextColor(char c) {
 struct OutlineEngine : CPictrace {
   using CPictrace::BeCross13;
   using CPictrace::BeCross24;
+  using CPictrace::FindAnotherOutline;
   using CPictrace::GetCompList;
   using CPictrace::GetOutline4Cartoon2;
   using CPictrace::RemoveExtraPoint;
@@ -49,8 +50,7 @@ struct Owned : std::list<T*> {
   ~Owned() { for (T* p : *this) delete p; }
 };
 
-// A small deterministic generator, independent of the standard library.
-struct Rng {
+struct Rng {  // a small deterministic generator, independent of the standard library
   std::uint64_t s;
   explicit Rng(std::uint64_t seed) : s(seed * 2654435761u + 1) {}
   int Below(int n) {

@@ -1,5 +1,5 @@
-// Smoothing of pieces, outline regions in order with their holes and narrow
-// flag, the clean-up's give-up, and the assembly's quirks on hand-made pieces.
+// Smoothing of pieces, outline regions in order with their holes and narrow flag, the clean-up's give-up, and
+// the assembly's quirks on hand-made pieces.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -37,6 +37,18 @@ TEST(Smoothing, ReductionAndSimplificationTable) {
   }
 }
 
+TEST(FindAnotherOutline, ChainsEndToStartAndConsumes) {
+  std::vector<COutlineVector*> p = {Piece(1, 6, {Pt(2, 0), Pt(9, 9)}), Piece(1, -1, {Pt(0, 0), Pt(2, 0)}),  // other; consumed
+                                    Piece(1, 5, {Pt(2, 0), Pt(2, 1), Pt(2, 2)}), Piece(2, 5, {Pt(2, 2), Pt(0, 2), Pt(0, 0)})};
+  Owned<COutlineVector> own(p.begin(), p.end());
+  sPoint a[16], b[16], cur = Pt(2, 0);
+  int na = 0, nb = 0;
+  EXPECT_EQ(OutlineEngine().FindAnotherOutline(p.data(), 4, cur, a, na, b, nb, 5), 0);
+  EXPECT_TRUE(cur == Pt(0, 0) && Chain(a, na) == Chain(b, nb));
+  EXPECT_EQ(p[0]->m_nNeighbor * 100 + p[2]->m_nNeighbor * 10 + p[3]->m_nNeighbor, 600 - 10 - 1);  // only the chain consumed
+  EXPECT_EQ(Chain(a, na), (V{Pt(2, 0), Pt(2, 1), Pt(2, 2), Pt(0, 2)}));  // without each piece's last point
+}
+
 TEST(GetOutline4Cartoon2, RegionsLargestFirstHolesNarrowFlagsAndTheCleanUp) {
   OutlineEngine e;
   e.m_listOutlineRegions.push_back(new COutlineRegion);  // no picture: 0, the list kept
@@ -45,9 +57,8 @@ TEST(GetOutline4Cartoon2, RegionsLargestFirstHolesNarrowFlagsAndTheCleanUp) {
   ASSERT_EQ(e.GetOutline4Cartoon2(0.0, nullptr), 1);  // the old list replaced
   auto r = Regions(e.m_listOutlineRegions);
   ASSERT_EQ(r.size(), 2u);
-  // White: 30 pixels, twice 42 - 12; red: twice 12. Red's piece along the
-  // bottom frame keeps (4,6), the point before its end (its follower is
-  // taken to be point 0); the shared boundary is white's reduced piece
+  // White: 30 pixels, twice 42 - 12; red: twice 12. Red's piece along the bottom frame keeps (4,6), the point
+  // before its end (its follower is taken to be point 0); the shared boundary is white's reduced piece
   // backwards, which keeps (5,5) for the same reason.
   EXPECT_EQ(V({Pt(r[0]->m_nArea, r[0]->m_nPixels), Pt(r[1]->m_nArea, r[1]->m_pComponent->m_nPoints)}),
             V({Pt(60, 30), Pt(24, 12)}));
@@ -78,9 +89,8 @@ TEST(GetOutline4Cartoon2, RegionsLargestFirstHolesNarrowFlagsAndTheCleanUp) {
     EXPECT_EQ(narrow, want);
     e.SetImageRealRect(0, 0, 210, 105);  // 3.5 units per pixel: satin width 10, green 9 / 40
   }
-  // The clean-up gives up: between host-masked green and yellow the middle
-  // pixel turns green, yellow, green ... Pass 101 paints it green, ends the
-  // clean-up and deletes the mask. When it settles, the mask stays.
+  // The clean-up gives up: between host-masked green and yellow the middle pixel turns green, yellow, green ...
+  // Pass 101 paints it green, ends the clean-up and deletes the mask. When it settles, the mask stays.
   e.LoadText({"gry"});
   int host[3] = {1, 0, 1};
   e.SetMASKData(host);
@@ -94,8 +104,7 @@ TEST(GetOutline4Cartoon2, RegionsLargestFirstHolesNarrowFlagsAndTheCleanUp) {
   EXPECT_TRUE(mask == owned.get() && e.WorkPixel(2, 1) == TextColor('r') && e.m_listOutlineRegions.size() == 1);
 }
 
-// Region 0 is a one-pixel component in a 40 x 40 picture (its box 0 wide,
-// no disc round it: narrow); region 1 has no piece and is dropped.
+// Region 0: one pixel of a 40 x 40 picture (box 0 wide, no disc round it: narrow); region 1: no piece, dropped.
 std::vector<COutlineRegion*> Assemble(std::vector<COutlineVector*> pieces, Owned<COutlineRegion>& out) {
   Owned<COutlineVector> own(pieces.begin(), pieces.end());
   std::list<CConComponent*> comps = {new CConComponent, new CConComponent};
@@ -123,9 +132,8 @@ TEST(AssembleRegions, ChainedHolesAndTheOuterOutlineOnHandMadePieces) {
   EXPECT_EQ(r[0]->m_arrHoles[0]->m_nPoints * 10 + r[0]->m_bNarrow, 51);  // narrow: 0 / 120 < 0.2
   const CHole* h = r[0]->m_arrHoles[1];
   EXPECT_EQ(Chain(h->m_pPoints, h->m_nPoints), (V{Pt(15, 15), Pt(15, 18), Pt(18, 18), Pt(18, 15)}));
-  // After (0,0)-(5,0) the next piece in array order starts at (5,9): same x,
-  // so it is examined and passed over, not appended; if it ends at the
-  // first start, the outline is complete there.
+  // After (0,0)-(5,0) the next piece in array order starts at (5,9): same x, so it is examined and passed over,
+  // not appended; if it ends at the first start, the outline is complete there.
   for (bool decoyEndsAtStart : {false, true}) {
     Owned<COutlineRegion> o;
     r = Assemble({Piece(0, -1, {Pt(0, 0), Pt(5, 0)}), Piece(0, -1, {Pt(5, 9), decoyEndsAtStart ? Pt(0, 0) : Pt(7, 7)}),

@@ -15,12 +15,10 @@ std::string WorkText(const OutlineEngine& e) {  // the work picture as text rows
   return s;
 }
 
-// The component search, then one clean-up pass with the limit of 4 pixels.
-// Mask 1 absorbs a pixel into the component seeded first without expanding
-// or seeding from it; 2 and any nonzero host value exclude. A crossing
-// (a label meeting itself only at a corner) is repaired by recolouring the
-// right neighbour, or the left one for the mirror crossing (the two
-// three-row pictures), and the list from before the repair comes back numbered.
+// The component search, then one clean-up pass with the limit of 4 pixels. Mask 1 absorbs a pixel into the
+// component seeded first without expanding or seeding from it; 2 and any nonzero host value exclude. A crossing
+// (a label meeting itself only at a corner) is repaired by recolouring the right neighbour, or the left one for
+// the mirror crossing (the two three-row pictures), and the list from before the repair comes back numbered.
 TEST(GetCompList, ComponentsAndCleanUpTable) {
   struct {
     std::vector<const char*> rows;

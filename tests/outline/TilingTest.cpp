@@ -1,5 +1,4 @@
-// The outer outlines and holes of all regions, filled with the alternate
-// rule, cover every pixel exactly once.
+// The outer outlines and holes of all regions, filled with the alternate rule, cover every pixel exactly once.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,10 +24,9 @@ std::vector<int> Coverage(const std::list<COutlineRegion*>& regions, int w, int 
   return cover;
 }
 
-// Traces and returns the uncovered plus the doubly covered pixels. With
-// `own` (at tolerance 0, where outlines run on the pixel cracks, and
-// without a clean-up that repaints after the last component search) each
-// region must also cover only pixels of its own colour.
+// Traces and returns the uncovered plus the doubly covered pixels. With `own` (at tolerance 0, where outlines
+// run on the pixel cracks, and without a clean-up that repaints after the last component search) each region
+// must also cover only pixels of its own colour.
 int TraceAndCountFaults(OutlineEngine& e, double tolerance, bool own = false) {
   EXPECT_EQ(e.GetOutline4Cartoon2(tolerance, nullptr), 1);
   const int w = e.m_bmiHeader.biWidth, h = e.m_bmiHeader.biHeight;
@@ -64,10 +62,9 @@ TEST(Tiling, NestedRingsCornerContactsTheFrameAndRandomPictures) {
   }
 }
 
-// The bundled pictures snapped to the corners of the colour cube. Pieces
-// along the frame have no twin, so from a tolerance of about 0.7 a chord may
-// cut a picture corner or cross a piece simplified on its own: those counts
-// are printed, the tiling asserted up to 0.5.
+// The bundled pictures snapped to the corners of the colour cube. Pieces along the frame have no twin, so from
+// a tolerance of about 0.7 a chord may cut a picture corner or cross a piece simplified on its own: those
+// counts are printed, the tiling asserted up to 0.5.
 TEST(Tiling, ExamplePictures) {
   for (const char* name : {"monkey_face.png", "flag_kr.png", "astronaut.png", "mug.png"}) {
     std::vector<unsigned char> dib = testimg::LoadDib(testimg::ExamplePath(name));
