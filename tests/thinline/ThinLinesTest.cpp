@@ -202,7 +202,6 @@ TEST(ThinLineOutput, FormOrderMappingAndDrawing) {
   engine.DrawThinLine(&dc, CRect(0, 0, 40, 30));
   EXPECT_EQ(kWhite, dc.GetPixel(20, 10));
   engine.SetThinningFlag(1);
-  for (COutlineThinline* l : engine.m_listThinLines) l->m_nColorIndex = l == engine.m_listThinLines.back() ? 0 : 9;
   engine.DrawThinLine(&dc, CRect(0, 0, 40, 30)), engine.DrawThinLine(&big, CRect(0, 0, 80, 60));
   engine.m_listThinLines.back()->m_bSelected = 1;
   engine.DrawThinLine(&sel, CRect(0, 0, 40, 30));
