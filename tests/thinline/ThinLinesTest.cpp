@@ -125,7 +125,7 @@ TEST(DoTraceThinningLine, JunctionGivesThreeLinkedChainsAndShortSpursGo) {
   // junction (7,7); the first branch goes left, the later one hangs from
   // the branch before it. Minimum length sqrt(300) / 4 = 4.33.
   Tracing t(kJunction, 4);
-  EXPECT_EQ(t.Run(), (std::vector<std::string>{"0 0 -1 1 -1 1: 12,2 11,3 10,4 9,5 8,6 7,7",
+  ASSERT_EQ(t.Run(), (std::vector<std::string>{"0 0 -1 1 -1 1: 12,2 11,3 10,4 9,5 8,6 7,7",
                                                "1 0 0 -1 2 0: 7,7 6,7 5,7 4,7 3,7 2,7 1,7",
                                                "2 0 1 -1 -1 1: 7,7 8,8 9,9 10,10 11,11 12,12"}));
   const COutlineThinline* last = t.engine.m_listThinLines.back();
@@ -144,7 +144,7 @@ TEST(DoTraceThinningLine, RingLengthLimitsAndColours) {
   // A ring has no node: only the loop pass finds it. Its first pixel has
   // two ways on and is saved on its own; the first way runs round the ring.
   Tracing ring({"..........", "....####..", "...#....#.", "...#....#.", "....####..", ".........."}, 2);
-  EXPECT_EQ(ring.Run(), (std::vector<std::string>{"0 0 -1 1 -1 1: 4,1", "1 0 0 -1 -1 0: 4,1 3,2 3,3 4,4 5,4 6,4 7,4 8,3 8,2 7,1 6,1 5,1"}));
+  ASSERT_EQ(ring.Run(), (std::vector<std::string>{"0 0 -1 1 -1 1: 4,1", "1 0 0 -1 -1 0: 4,1 3,2 3,3 4,4 5,4 6,4 7,4 8,3 8,2 7,1 6,1 5,1"}));
   EXPECT_EQ(0, ring.engine.m_listThinLines.front()->m_pPolygonLine->m_nLines);  // one point: no lines
   // 17 and 18 pixels against sqrt(300) = 17.32 at one unit per pixel.
   Tracing len({"....................", ".#################..", "....................", ".##################.", "...................."}, 1);
