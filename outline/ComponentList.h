@@ -1,5 +1,5 @@
-// Building and clearing component lists; shared by the component search and
-// the tests' plain reference.
+// Building and clearing component lists for the component search and the
+// outline stage.
 #pragma once
 
 #include <list>

@@ -9,7 +9,6 @@
 #include "outline/ComponentList.h"
 #include "outline/DiscFit.h"
 #include "outline/OutlineStage.h"
-#include "outline/PieceSearch.h"
 #include "outline/RegionAssembly.h"
 
 namespace {
@@ -74,8 +73,7 @@ pictrace::RegionList TraceRegions(const OutlineInput& in, double dParam, unsigne
   ctx.satinWidth = in.satinWidth;
   ctx.disc = &disc;
   ctx.scratch = scratch.data();
-  CPieceIndex index(pieces);
-  AssembleRegions(stage.comps, pieces, index, ctx, regions.Items());
+  AssembleRegions(stage.comps, pieces, ctx, regions.Items());
 
   SortRegions(regions.Items());
   if (in.colors) TieToColors(regions.Items(), *in.colors);

@@ -1,6 +1,6 @@
-// The searches over the piece array that the region assembly makes. The
-// plain procedure scans the whole array for each of them; CPieceIndex
-// answers them from sorted indexes with the same results.
+// The searches over the piece array that the region assembly makes,
+// answered from sorted indexes with the results of scanning the whole array
+// from its beginning for each of them.
 #pragma once
 
 #include <vector>
@@ -12,38 +12,28 @@ namespace outline {
 // A piece is live for a neighbour value while its m_nNeighbor still holds
 // that value; consuming a piece sets m_nNeighbor to -1. Every answer is the
 // piece of lowest index that qualifies, or -1.
-class CPieceSearch {
- public:
-  virtual ~CPieceSearch() = default;
-  // First piece of the region.
-  virtual int FirstOfRegion(int region) = 0;
-  // First piece at index >= from of the region whose start has the x or the
-  // y of pt.
-  virtual int NextOfRegionOnLine(int from, int region, sPoint pt) = 0;
-  // Whether some piece of the region starts at pt.
-  virtual bool RegionStartsAt(int region, sPoint pt) = 0;
-  // First live piece with the neighbour.
-  virtual int FirstWithNeighbor(int neighbor) = 0;
-  // Every live piece with the neighbour whose start equals its end, in order.
-  virtual void ClosedWithNeighbor(int neighbor, std::vector<int>& out) = 0;
-  // First live piece with the neighbour that starts at pt.
-  virtual int NextInChain(int neighbor, sPoint pt) = 0;
-};
-
+//
 // Sorted indexes over the pieces' regions, neighbours and start vertices.
 // Regions and start vertices never change; neighbours only ever become -1,
 // so the first live entry of a group only moves forward and a cursor per
 // group skips the consumed ones for good. The value -1 itself gains pieces
 // as they are consumed; searches for it scan the array.
-class CPieceIndex : public CPieceSearch {
+class CPieceIndex {
  public:
   explicit CPieceIndex(const std::vector<COutlineVector*>& pieces);
-  int FirstOfRegion(int region) override;
-  int NextOfRegionOnLine(int from, int region, sPoint pt) override;
-  bool RegionStartsAt(int region, sPoint pt) override;
-  int FirstWithNeighbor(int neighbor) override;
-  void ClosedWithNeighbor(int neighbor, std::vector<int>& out) override;
-  int NextInChain(int neighbor, sPoint pt) override;
+  // First piece of the region.
+  int FirstOfRegion(int region);
+  // First piece at index >= from of the region whose start has the x or the
+  // y of pt.
+  int NextOfRegionOnLine(int from, int region, sPoint pt);
+  // Whether some piece of the region starts at pt.
+  bool RegionStartsAt(int region, sPoint pt);
+  // First live piece with the neighbour.
+  int FirstWithNeighbor(int neighbor);
+  // Every live piece with the neighbour whose start equals its end, in order.
+  void ClosedWithNeighbor(int neighbor, std::vector<int>& out);
+  // First live piece with the neighbour that starts at pt.
+  int NextInChain(int neighbor, sPoint pt);
 
  private:
   struct Entry {

@@ -6,6 +6,7 @@
 
 #include "outline/DiscFit.h"
 #include "outline/OutlineHitTest.h"
+#include "outline/PieceSearch.h"
 
 namespace outline {
 
@@ -33,7 +34,7 @@ struct Chains {
   }
 };
 
-void BuildOuter(int i, int first, const std::vector<COutlineVector*>& P, CPieceSearch& search,
+void BuildOuter(int i, int first, const std::vector<COutlineVector*>& P, CPieceIndex& search,
                 Chains& ch) {
   const COutlineVector* f = P[first];
   ch.Clear();
@@ -68,7 +69,7 @@ CHole* MakeHole(const sPoint* a, int na, const sPoint* b, int nb) {
 }
 
 void BuildHoles(int i, COutlineRegion* R, const std::vector<COutlineVector*>& P,
-                CPieceSearch& search, Chains& ch) {
+                CPieceIndex& search, Chains& ch) {
   std::vector<std::unique_ptr<COutlineHitTest>> holeTests;
   std::unique_ptr<COutlineHitTest> outerTest;
   auto addHole = [&](CHole* h) {
@@ -153,8 +154,8 @@ BYTE NarrowFlag(const COutlineRegion* R, const AssemblyContext& ctx) {
 }  // namespace
 
 void AssembleRegions(std::list<CConComponent*>& comps, const std::vector<COutlineVector*>& P,
-                     CPieceSearch& search, const AssemblyContext& ctx,
-                     std::list<COutlineRegion*>& regions) {
+                     const AssemblyContext& ctx, std::list<COutlineRegion*>& regions) {
+  CPieceIndex search(P);
   Chains ch;
   for (int i = 0; !comps.empty(); i++) {
     std::unique_ptr<COutlineRegion> R(new COutlineRegion);

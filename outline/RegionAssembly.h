@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "core/OutlineRecords.h"
-#include "outline/PieceSearch.h"
 
 namespace outline {
 
@@ -22,8 +21,9 @@ struct AssemblyContext {
 // region i) and appends a region for each that has a piece of its own to
 // regions; a component without one is deleted. Pieces are consumed through
 // their m_nNeighbor as the holes are built; they stay owned by the caller.
+// The searches over the pieces go through a CPieceIndex built on entry.
 void AssembleRegions(std::list<CConComponent*>& comps, const std::vector<COutlineVector*>& pieces,
-                     CPieceSearch& search, const AssemblyContext& ctx,
+                     const AssemblyContext& ctx,
                      std::list<COutlineRegion*>& regions);
 
 }  // namespace outline
