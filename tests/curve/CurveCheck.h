@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -17,7 +16,7 @@ namespace curvetest {
 using pictrace::curve::Cubic;
 using pictrace::curve::Vec2;
 
-struct Seg {
+struct Seg {  // a cubic and its two corner flags
   Cubic c;
   bool cornerStart, cornerEnd;
 };
@@ -31,9 +30,8 @@ std::vector<Seg> Fit(const std::vector<T>& chain, int flag, double tol) {
   else raw = pictrace::FitBezierChainD(chain.data(), last, flag, tol, n);
   std::vector<Seg> segs(n);
   for (int i = 0; i < n; i++) {
-    for (int k = 0; k < 4; k++) segs[i].c.p[k] = {raw[10 * i + 2 * k], raw[10 * i + 2 * k + 1]};
-    segs[i].cornerStart = raw[10 * i + 8] != 0.0;
-    segs[i].cornerEnd = raw[10 * i + 9] != 0.0;
+    const double* r = raw + 10 * i;
+    segs[i] = {{{{r[0], r[1]}, {r[2], r[3]}, {r[4], r[5]}, {r[6], r[7]}}}, r[8] != 0.0, r[9] != 0.0};
   }
   delete[] raw;
   return segs;
@@ -50,10 +48,7 @@ inline std::vector<int> TraceOutline(int w, int h, const std::function<bool(int,
     for (int nd : {(d + 1) % 4, d, (d + 3) % 4}) {  // right turn first: the inside is on the right
       bool ahead = in(x - 1 + (nd == 0 || nd == 3), y - 1 + (nd == 0 || nd == 1));
       bool beside = in(x - 1 + (nd == 0 || nd == 1), y - 1 + (nd == 1 || nd == 2));
-      if (ahead && !beside) {
-        d = nd;
-        break;
-      }
+      if (ahead && !beside) { d = nd; break; }
     }
     chain.insert(chain.end(), {x += (d == 0) - (d == 2), y += (d == 1) - (d == 3)});
   } while (x != chain[0] || y != chain[1]);
@@ -64,17 +59,14 @@ inline std::vector<int> Disc(double r, int c) {
   return TraceOutline(2 * c, 2 * c, [=](int x, int y) { return std::hypot(x + 0.5 - c, y + 0.5 - c) <= r; });
 }
 
-// Distance to the curve: the nearest of dense samples, refined by a ternary
-// search; every distance taken is to a curve point, so it never falls short.
+// Distance to the curve: the nearest of samples about a unit apart, refined
+// by a ternary search; every distance taken is to a curve point, so it never
+// falls short of the true distance.
 inline double DistanceToCurve(const std::vector<Seg>& segs, Vec2 p) {
   double best = 1e300;
   for (const Seg& s : segs) {
-    const Vec2* q = s.c.p;  // the curve lies in its control points' box
-    double bx = std::max({0.0, std::min({q[0].x, q[1].x, q[2].x, q[3].x}) - p.x, p.x - std::max({q[0].x, q[1].x, q[2].x, q[3].x})});
-    double by = std::max({0.0, std::min({q[0].y, q[1].y, q[2].y, q[3].y}) - p.y, p.y - std::max({q[0].y, q[1].y, q[2].y, q[3].y})});
-    if (std::hypot(bx, by) > best) continue;
     auto d = [&](double t) { return Distance(pictrace::curve::CubicPoint(s.c, t), p); };
-    const int n = 16 + int(2 * (Distance(q[0], q[1]) + Distance(q[1], q[2]) + Distance(q[2], q[3])));
+    const int n = 8 + int(Distance(s.c.p[0], s.c.p[1]) + Distance(s.c.p[1], s.c.p[2]) + Distance(s.c.p[2], s.c.p[3]));
     int k = 0;
     for (int i = 1; i <= n; i++) k = d(i / double(n)) < d(k / double(n)) ? i : k;
     double lo = std::max(0, k - 1) / double(n), hi = std::min(n, k + 1) / double(n);
@@ -102,8 +94,7 @@ double MaxDistance(const std::vector<Seg>& segs, const std::vector<T>& chain, in
 
 // Sine of the kink from segment i into the next (1 when the curve doubles back).
 inline double Kink(const std::vector<Seg>& segs, size_t i) {
-  const Cubic &a = segs[i].c, &b = segs[(i + 1) % segs.size()].c;
-  Vec2 u = Normalized(a.p[3] - a.p[2]), v = Normalized(b.p[1] - b.p[0]);
+  Vec2 u = Normalized(segs[i].c.p[3] - segs[i].c.p[2]), v = Normalized(segs[(i + 1) % segs.size()].c.p[1] - segs[(i + 1) % segs.size()].c.p[0]);
   return Dot(u, v) <= 0.0 ? 1.0 : std::fabs(Cross(u, v));
 }
 

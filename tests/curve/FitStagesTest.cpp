@@ -8,13 +8,11 @@ namespace cv = pictrace::curve;
 namespace {
 
 std::vector<Vec2> Pts(std::initializer_list<double> xy) {
-  std::vector<Vec2> v;
-  for (auto it = xy.begin(); it != xy.end(); it += 2) v.push_back({it[0], it[1]});
+  std::vector<Vec2> v(xy.size() / 2);
+  for (size_t i = 0; i < v.size(); i++) v[i] = {xy.begin()[2 * i], xy.begin()[2 * i + 1]};
   return v;
 }
-
 void ExpectVec(Vec2 got, Vec2 want, double eps = 1e-15) { EXPECT_TRUE(Distance(got, want) <= eps) << got.x << "," << got.y; }
-
 Vec2 Unit(double x, double y) { return {x / std::hypot(x, y), y / std::hypot(x, y)}; }
 
 }  // namespace
@@ -38,43 +36,20 @@ TEST(FitStages, DistinctSimplifiedAndCornerPoints) {
   // behind the chord between its arms' midpoints (-1,1) and (1,1); 60
   // degrees is a turn, 45 is not; the chamfer edge of 2.83 is short at 3.5,
   // so both its ends turn by 80.5 degrees and the first one wins.
-  struct Case {
-    std::vector<Vec2> pts;
-    bool closed;
-    double sagitta, shortEdge;
-    std::vector<int> corners;
-  } cases[] = {{Pts({-2, 0, 0, 2, 2, 0}), false, 1.0, 0, {1}},
-               {Pts({-2, 0, 0, 2, 2, 0}), false, 1.0000001, 0, {}},
-               {Pts({0, 0, 10, 0, 15, 8.660254037844386}), false, 0, 0, {1}},
-               {Pts({0, 0, 10, 0, 20, 10}), false, 0, 0, {}},
-               {Pts({0, 0, 9, 0, 9, 9, 0, 9}), true, 0, 0, {0, 1, 2, 3}},
-               {Pts({0, 0, 9, 0, 9, 9, 0, 9}), false, 0, 0, {1, 2}},
-               {Pts({0, 0, 10, 0, 12, 2, 12, 12}), false, 2.25, 3.5, {1}},
-               {Pts({0, 0, 10, 0, 12, 2, 12, 12}), false, 2.25, 2.8, {}}};
-  for (const Case& c : cases) {
+  const struct { std::vector<Vec2> pts; bool closed; double sagitta, shortEdge; std::vector<int> corners; } cases[] = {
+      {Pts({-2, 0, 0, 2, 2, 0}), false, 1.0, 0, {1}},       {Pts({-2, 0, 0, 2, 2, 0}), false, 1.0000001, 0, {}},
+      {Pts({0, 0, 10, 0, 15, 8.660254037844386}), false, 0, 0, {1}}, {Pts({0, 0, 10, 0, 20, 10}), false, 0, 0, {}},
+      {Pts({0, 0, 9, 0, 9, 9, 0, 9}), true, 0, 0, {0, 1, 2, 3}},     {Pts({0, 0, 9, 0, 9, 9, 0, 9}), false, 0, 0, {1, 2}},
+      {Pts({0, 0, 10, 0, 12, 2, 12, 12}), false, 2.25, 3.5, {1}},    {Pts({0, 0, 10, 0, 12, 2, 12, 12}), false, 2.25, 2.8, {}}};
+  for (const auto& c : cases) {
     std::vector<int> all = {0, 1, 2, 3};
     all.resize(c.pts.size());
     EXPECT_EQ(cv::SelectCorners(c.pts, all, c.closed, c.sagitta, c.shortEdge), c.corners) << c.pts.size();
   }
 }
 
-TEST(FitStages, PreparedChainsOfPixelShapesAndOfVertices) {
-  // Square 10..29 and an ell (corners (5,5) (35,5) (35,20) (20,20) (20,35)
-  // (5,35), 30 15 15 15 15 30 steps apart): corners on the pixel corners.
-  auto square = [](int x, int y) { return x >= 10 && x < 30 && y >= 10 && y < 30; };
-  auto ell = [](int x, int y) { return x >= 5 && x < 35 && y >= 5 && y < 35 && (x < 20 || y < 20); };
-  const std::pair<std::function<bool(int, int)>, std::vector<int>> cases[] = {{square, {0, 20, 40, 60}}, {ell, {0, 30, 45, 60, 75, 90}}};
+TEST(FitStages, VertexChainsAreSampledEveryQuarterToleranceAndHeldToSevenEighths) {
   cv::PreparedChain prep;
-  for (const auto& c : cases) {
-    std::vector<int> chain = TraceOutline(40, 40, c.first);
-    std::vector<Vec2> pts;
-    for (size_t i = 0; i + 2 < chain.size(); i += 2) pts.push_back({double(chain[i]), double(chain[i + 1])});
-    cv::PrepareRawChain(pts, true, 1.0, prep);
-    EXPECT_EQ(prep.corners, c.second);
-    EXPECT_TRUE(prep.smooth && prep.window == 4);
-  }
-  // Vertices are sampled every quarter tolerance, and held to 7/8 of it.
-  prep = cv::PreparedChain();
   cv::PrepareVertexChain(Pts({0, 0, 4, 0, 4, 4, 0, 4}), true, 1.0, prep);
   EXPECT_EQ(prep.pts.size(), 64u);
   EXPECT_EQ(prep.corners, (std::vector<int>{0, 16, 32, 48}));
@@ -137,10 +112,7 @@ TEST(FitStages, RunFitRecoversACubicAndSplitsAtTheWorstPoint) {
   // Level from 0 to 4, then rising by h a step to 12, the sides' directions
   // as end tangents: one cubic misses most at the bend (4, 0). A near miss
   // (up to 1.5 tolerances) is split there, a far one is halved at point 6.
-  const struct {
-    double h, tol;
-    std::vector<int> joins;
-  } cases[] = {{0.4, 0.5, {12}}, {1.0, 0.5, {4, 12}}, {0.8, 0.5, {4, 12}}, {1.0, 0.4, {6, 12}}, {1.5, 0.5, {6, 12}}};
+  const struct { double h, tol; std::vector<int> joins; } cases[] = {{0.4, 0.5, {12}}, {1.0, 0.5, {4, 12}}, {0.8, 0.5, {4, 12}}, {1.0, 0.4, {6, 12}}, {1.5, 0.5, {6, 12}}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.h);
     pts.resize(13);
