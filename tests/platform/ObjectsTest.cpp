@@ -39,8 +39,7 @@ TEST(ValueTypes, RectsArraysAndWindows) {
   EXPECT_TRUE(!rc.PtInRect(CPoint(1, 3)) && !rc.PtInRect(CPoint(2, 2)) && CRect(4, 4, 4, 9).IsRectEmpty() && CRect(4, 4, 5, 4).IsRectEmpty());
   EXPECT_TRUE(!CRect(4, 4, 5, 5).IsRectEmpty() && CRect().IsRectNull() && !CRect(0, 0, 0, 1).IsRectNull());
   r.NormalizeRect(), r.OffsetRect(-2, 1), r.InflateRect(1, 2), pt.Offset(-5, 1);
-  EXPECT_TRUE(r == CRect(-1, 2, 5, 11) && CRect(CPoint(1, 2), CSize(3, 4)) == CRect(1, 2, 4, 6) && CSize(1, 2) != CSize(2, 1));
-  EXPECT_EQ(pt, CPoint(-2, 5));
+  EXPECT_TRUE(r == CRect(-1, 2, 5, 11) && CRect(CPoint(1, 2), CSize(3, 4)) == CRect(1, 2, 4, 6) && CSize(1, 2) != CSize(2, 1) && pt == CPoint(-2, 5));
   auto items = [](const CDWordArray& a) { return std::vector<DWORD>(a.GetData(), a.GetData() + a.GetSize()); };
   CDWordArray a, b;
   CArray<CPoint, CPoint> pts;
@@ -99,18 +98,20 @@ TEST(DeviceContext, ObjectsSettersPathsPensAndBrushes) {
   EXPECT_TRUE(dc.PolyDraw(pts, closed, 3) && !dc.FillPath() && dc.EndPath() && dc.BeginPath());  // a new path is not ended
   EXPECT_TRUE(!dc.FillPath() && dc.PolyDraw(pts, closed, 3) && dc.EndPath() && dc.FillPath() && !dc.StrokePath());
   EXPECT_TRUE(dc.path.size() == 4u && dc.path[3].type == PT_CLOSEFIGURE && dc.path[3].x == 1.0 && dc.fills == 1 && dc.strokes == 1);
-  // Lines start at the current position; MoveTo, Polyline and Polygon add figures.
+  // Lines start at the current position; MoveTo, Polyline and Polygon add figures, all closed to be filled.
   dc.BeginPath();
   EXPECT_TRUE(dc.MoveTo(7, 8) && dc.PolyDraw(pts + 3, lineOnly, 1) && dc.MoveTo(2, 2) && dc.LineTo(4, 6));
-  EXPECT_TRUE(dc.Polyline(pts, 2) && dc.Polygon(pts, 3) && dc.EndPath() && dc.StrokePath() && dc.path.size() == 10u);
-  EXPECT_TRUE(dc.path[0].type == PT_MOVETO && dc.path[0].x == 7.0 && dc.path[0].y == 8.0 && dc.path[1].x == 3.0);
-  EXPECT_TRUE(dc.path[2].type == PT_MOVETO && dc.path[2].x == 2.0 && dc.path[3].y == 6.0 && dc.path[9].type == PT_CLOSEFIGURE);
+  EXPECT_TRUE(dc.Polyline(pts, 2) && dc.Polygon(pts, 3) && dc.EndPath() && dc.StrokeAndFillPath() && !dc.StrokeAndFillPath());
+  ASSERT_EQ(dc.path.size(), 13u);  // M(7,8) L(3,3) close, M(2,2) L(4,6) close, M L close, M L L close
+  std::string types;
+  for (const auto& op : dc.path) types += op.type == PT_MOVETO ? 'M' : op.type == PT_LINETO ? 'L' : op.type == PT_CLOSEFIGURE ? 'c' : '?';
+  EXPECT_TRUE(types == "MLcMLcMLcMLLc" && dc.path[0].y == 8.0 && dc.path[1].x == 3.0 && dc.path[2].x == 7.0 && dc.path[4].y == 6.0);
   // Outside a path PolyDraw strokes at once; a close in a Bezier triple takes effect after it.
   BYTE curve[] = {PT_MOVETO, PT_BEZIERTO | PT_CLOSEFIGURE, PT_BEZIERTO, PT_BEZIERTO};
   EXPECT_TRUE(dc.PolyDraw(pts, curve, 4) && dc.strokes == 3 && dc.path.size() == 5u);
   EXPECT_TRUE(dc.path[3].type == PT_BEZIERTO && dc.path[4].type == PT_CLOSEFIGURE && dc.path[4].x == 1.0);
   EXPECT_TRUE(dc.LineTo(4, 6) && dc.path.size() == 2u && dc.path[0].x == 3.0 && dc.path[1].y == 6.0);
-  EXPECT_TRUE(dc.Polygon(pts, 3) && dc.fills == 2 && dc.strokes == 5 && dc.path.size() == 4u && !dc.Polygon(pts, 1));
+  EXPECT_TRUE(dc.Polygon(pts, 3) && dc.fills == 3 && dc.strokes == 5 && dc.path.size() == 4u && !dc.Polygon(pts, 1));
   // Pens and brushes check their arguments.
   CPen pen, plain;
   LOGBRUSH lb = {BS_SOLID, RGB(0, 0, 0), 0}, hatched = {BS_HATCHED, 0, HS_CROSS}, hollow = {BS_NULL, 0, 0};
@@ -134,10 +135,9 @@ TEST(Region, FarCoordinatesAndLifecycle) {
   // Rectangles and triangles are in the random polygons of the raster tests; far coordinates here.
   POINT square[] = {{2, 2}, {6, 2}, {6, 6}, {2, 6}}, tri[] = {{0, 0}, {8, 0}, {0, 8}};
   POINT big[] = {{-2000000000, -2000000000}, {2000000000, -2000000000}, {-2000000000, 2000000000}};
-  CRgn far;
+  CRgn far, rgn, line;
   ASSERT_TRUE(far.CreatePolygonRgn(big, 3, WINDING));
   EXPECT_TRUE(far.PtInRegion(-1, 0) && !far.PtInRegion(0, 0) && far.PtInRegion(-1999999999, 1999999998) && !far.PtInRegion(-1999999999, 1999999999));
-  CRgn rgn, line;
   EXPECT_TRUE(!rgn.PtInRegion(1, 1) && !rgn.CreatePolygonRgn(nullptr, 3, ALTERNATE) && !rgn.CreatePolygonRgn(tri, 1, ALTERNATE));
   EXPECT_TRUE(!rgn.CreatePolygonRgn(tri, 3, 7) && rgn.CreatePolygonRgn(tri, 3, ALTERNATE) && !rgn.CreatePolygonRgn(square, 4, ALTERNATE));
   EXPECT_TRUE(rgn.PtInRegion(CPoint(1, 1)) && !rgn.PtInRegion(5, 5) && rgn.DeleteObject() && !rgn.PtInRegion(1, 1) && !rgn.DeleteObject());
