@@ -145,22 +145,22 @@ TEST(FitStages, DistinctSimplifiedCornerAndSampledPoints) {
   EXPECT_EQ(cv::SimplifyChain(open, false, 0.632), (std::vector<int>{0, 2, 3, 5}));
   EXPECT_EQ(cv::SimplifyChain(open, false, 0.64), (std::vector<int>{0, 3, 5}));
   EXPECT_EQ(cv::SimplifyChain(open, false, 1.0), (std::vector<int>{0, 5}));  // exactly 1 off: dropped
-  // A closed ring is cut at 0 and at the farthest point, (2, 2).
-  std::vector<Vec2> ring = Pts({0, 0, 1, 0, 2, 0, 2, 1, 2, 2, 1, 2, 0, 2, 0, 1});
+  std::vector<Vec2> ring = Pts({0, 0, 1, 0, 2, 0, 2, 1, 2, 2, 1, 2, 0, 2, 0, 1}), ell;  // ring: cut at 0 and (2, 2)
   EXPECT_EQ(cv::SimplifyChain(ring, true, 0.5), (std::vector<int>{0, 2, 4, 6}));
   EXPECT_EQ(cv::SimplifyChain(ring, true, 1.5), (std::vector<int>{0, 4}));
   EXPECT_EQ(cv::SimplifyChain(Pts({0, 0, 3, 4, 5, 0, 4, -3}), true, 9), (std::vector<int>{0, 1}));  // first of three at 5
-  // SelectCorners: the tent turns by 90 degrees, its top lies exactly 1
-  // behind the chord between its arms' midpoints (9,6) and (11,6); 60
-  // degrees is a turn, 45 is not; the chamfer edge of 2.83 is short at 3.5,
-  // so both its ends turn by 80.5 degrees and the first one wins.
-  const struct { std::vector<Vec2> pts; bool closed; double sagitta, shortEdge; std::vector<int> corners; } cases[] = {
+  // SelectCorners: the tent turns by 90 degrees with its top exactly 1 behind the chord of its arms' midpoints
+  // (9,6) (11,6); 60 degrees is a turn, 45 not; both ends of a 2.83 chamfer (short at 3.5) turn by 80.5 degrees,
+  // the first wins; a corner found at (9,0) of an L moves to its deepest point (10,0) within its arms' reach.
+  for (int i = 0; i <= 20; i++) ell.push_back({double(std::min(i, 10)), double(std::max(i - 10, 0))});
+  const struct { std::vector<Vec2> pts; bool closed; double sagitta, shortEdge; std::vector<int> corners, vertices = {}; } cases[] = {
       {Pts({8, 5, 10, 7, 12, 5}), false, 1.0, 0, {1}},      {Pts({8, 5, 10, 7, 12, 5}), false, 1.0000001, 0, {}},
       {Pts({0, 0, 10, 0, 15, 8.660254037844386}), false, 0, 0, {1}}, {Pts({0, 0, 10, 0, 20, 10}), false, 0, 0, {}},
       {Pts({0, 0, 9, 0, 9, 9, 0, 9}), true, 0, 0, {0, 1, 2, 3}},     {Pts({0, 0, 9, 0, 9, 9, 0, 9}), false, 0, 0, {1, 2}},
-      {Pts({0, 0, 10, 0, 12, 2, 12, 12}), false, 2.25, 3.5, {1}},    {Pts({0, 0, 10, 0, 12, 2, 12, 12}), false, 2.25, 2.8, {}}};
+      {Pts({0, 0, 10, 0, 12, 2, 12, 12}), false, 2.25, 3.5, {1}},    {Pts({0, 0, 10, 0, 12, 2, 12, 12}), false, 2.25, 2.8, {}},
+      {ell, false, 0, 0, {10}, {8, 9, 20}}};
   for (const auto& c : cases)
-    EXPECT_EQ(cv::SelectCorners(c.pts, Upto(c.pts.size()), c.closed, c.sagitta, c.shortEdge), c.corners);
+    EXPECT_EQ(cv::SelectCorners(c.pts, c.vertices.empty() ? Upto(c.pts.size()) : c.vertices, c.closed, c.sagitta, c.shortEdge), c.corners);
   // Vertex chains are sampled every quarter tolerance and held to 7/8 of it.
   cv::PreparedChain prep;
   cv::PrepareVertexChain(Pts({0, 0, 4, 0, 4, 4, 0, 4}), true, 1.0, prep);
@@ -194,8 +194,9 @@ TEST(FitStages, TangentsStraightnessAndSmoothing) {
 
 TEST(FitStages, TuningTurnsOnlyForSidesThatNearlyFit) {
   // Error 6 |t.y - 0.1| is 0.6 at (1, 0), a near miss: the first golden probe fits.
-  auto side = [](double k) { return [k](Vec2 t) { return k * std::fabs(t.y - 0.1); }; };
+  auto side = [](double k, double c = 0.1) { return [k, c](Vec2 t) { return k * std::fabs(t.y - c); }; };
   ExpectVec(cv::TuneTangent({side(6.0)}, {1, 0}, 0.5), Unit(1, 0.7 * 0.6180339887498949 - 0.35));
+  ExpectVec(cv::TuneTangent({side(6.0, -0.1)}, {1, 0}, 0.5), Unit(1, 0.35 - 0.7 * 0.6180339887498949));  // the other probe
   ExpectVec(cv::TuneTangent({side(5.0)}, {1, 0}, 0.5), {1, 0}, 0.0);  // 0.5 fits already
   ExpectVec(cv::TuneTangent({side(8.0)}, {1, 0}, 0.5), {1, 0}, 0.0);  // 0.8 is too far off
   EXPECT_GT(cv::TuneTangent({side(7.5)}, {1, 0}, 0.5).y, 0.05);      // 0.75 still counts
@@ -316,7 +317,6 @@ TEST(ConvertToBezier, HostLinesBecomeCurvesWithinTheScaledTolerance) {
   EXPECT_EQ(engine.ConvertToBezier(&dot) + engine.ConvertToBezier(&broken) + engine.ConvertToBezier(&empty), 0);
   EXPECT_TRUE(dot.m_pLines == before && dot.m_pLines[0].m_nType == 0 && broken.m_nLines == 3);
   EXPECT_EQ(engine.ConvertToBezier(static_cast<CPTPolygon*>(nullptr)) + engine.ConvertToBezier(static_cast<CPTPolygonLine*>(nullptr)), 0);
-  broken.m_nLines = 0;
   // 100 x 50 pixels on 300 x 100 units: one pixel is two units.
   std::vector<unsigned char> dib = testimg::MakeDib24(100, 50, [](int, int) { return RGB(9, 9, 9); });
   ASSERT_EQ(scaled.SetDIBData(dib.data()), 1);
