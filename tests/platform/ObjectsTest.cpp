@@ -39,7 +39,7 @@ TEST(ValueTypes, RectsArraysAndWindows) {
   EXPECT_TRUE(!rc.PtInRect(CPoint(1, 3)) && !rc.PtInRect(CPoint(2, 2)) && CRect(4, 4, 4, 9).IsRectEmpty() && CRect(4, 4, 5, 4).IsRectEmpty());
   EXPECT_TRUE(!CRect(4, 4, 5, 5).IsRectEmpty() && CRect().IsRectNull() && !CRect(0, 0, 0, 1).IsRectNull());
   r.NormalizeRect(), r.OffsetRect(-2, 1), r.InflateRect(1, 2), pt.Offset(-5, 1);
-  EXPECT_TRUE(r == CRect(-1, 2, 5, 11) && CRect(CPoint(1, 2), CSize(3, 4)) == CRect(1, 2, 4, 6) && CSize(1, 2) != CSize(2, 1) && pt == CPoint(-2, 5));
+  EXPECT_TRUE(r == CRect(-1, 2, 5, 11) && CRect(CPoint(1, 2), CSize(3, 4)) == CRect(1, 2, 4, 6) && CSize(1, 2) != CSize(2, 1) && r != rc && pt == CPoint(-2, 5));
   auto items = [](const CDWordArray& a) { return std::vector<DWORD>(a.GetData(), a.GetData() + a.GetSize()); };
   CDWordArray a, b;
   CArray<CPoint, CPoint> pts;

@@ -61,7 +61,7 @@ const BYTE* Bits(const std::vector<BYTE>& dib) { return dib.data() + 40 + 4 * In
 }  // namespace
 
 TEST(RasterFill, SurfaceHolesCurvesMixModesAndHatches) {
-  CRasterDC dc(5, 3), empty(-3, 4), ring(12, 12), arch(24, 12);
+  CRasterDC dc(5, 3), empty(-3, 4), ring(12, 12), arch(40, 12);
   EXPECT_TRUE(empty.GetWidth() == 0 && dc.GetStride() == 16 && dc.GetPixel(4, 2) == kWhite && dc.GetPixel(5, 0) == CLR_INVALID && dc.GetPixel(0, 3) == CLR_INVALID);
   EXPECT_TRUE(dc.SetPixel(4, 2, RGB(10, 20, 30)) == RGB(10, 20, 30) && dc.SetPixel(-1, 0, 0) == CLR_INVALID);
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(dc.GetBits()) + 2 * 16 + 12, 3), "\x1e\x14\x0a");  // blue first
@@ -73,9 +73,10 @@ TEST(RasterFill, SurfaceHolesCurvesMixModesAndHatches) {
   ASSERT_TRUE(hollow.CreateBrushIndirect(&lb));
   ring.SelectObject(&hollow), Draw(ring, {{0, 0}, {12, 0}, {12, 12}}, "MLl", true);
   EXPECT_EQ(ring.GetPixel(5, 5), kWhite);
-  arch.SelectObject(&black), Draw(arch, {{0, 10}, {0, 0}, {20, 0}, {20, 10}}, "MBBb", true);  // top (10, 2.5), row 3 6.2..13.8
+  // An arch (0,10) (0,0) (20,0) (20,10): top (10, 2.5), row 3 6.2..13.8; then a figure upright from (30, 2).
+  arch.SelectObject(&black), Draw(arch, {{0, 10}, {0, 0}, {20, 0}, {20, 10}, {30, 2}, {30, 8}, {33, 11}, {36, 8}, {36, 2}}, "MBBbMLBBb", true);
   EXPECT_EQ(Pic(arch, 5, 2, 15, 4), "..........|..#######.");
-  EXPECT_TRUE(arch.GetPixel(10, 9) == 0 && arch.GetPixel(10, 10) == kWhite);
+  EXPECT_TRUE(arch.GetPixel(10, 9) == 0 && arch.GetPixel(10, 10) == kWhite && arch.GetPixel(29, 5) == kWhite && arch.GetPixel(30, 5) == 0);
   const COLORREF dst = RGB(0x5A, 0xC3, 0x0F), pen = RGB(0x33, 0x66, 0xF0);  // 0x0FC35A and 0xF06633
   const COLORREF want[17] = {0, 0x000000, 0x001884, 0x0F8148, 0x0F99CC, 0xF02421, 0xF03CA5, 0xFFA569, 0xFFBDED,
                              0x004212, 0x005A96, 0x0FC35A, 0x0FDBDE, 0xF06633, 0xF07EB7, 0xFFE77B, 0xFFFFFF};
@@ -214,10 +215,9 @@ TEST(DibPainting, UnscaledFromTheBottomStretchedFromTheTopUnlessTopDown) {
     StretchDIBits(&wide, -1073741824, 0, INT_MAX, 1, 0, 0, 3, 1, Bits(dib), Info(dib), DIB_RGB_COLORS, SRCCOPY);  // far beyond
     EXPECT_EQ(Pic(wide, 0, 0, 2, 1), topDown ? "BB" : "EE");
   }
-  // What cannot be read paints nothing; a device without a surface accepts.
+  // What cannot be read paints nothing.
   std::vector<BYTE> dib = TwoRows(false);
   CRasterDC dc(4, 4);
-  CDC bare;
   EXPECT_EQ(SetDIBitsToDevice(nullptr, 0, 0, 3, 2, 0, 0, 0, 2, Bits(dib), Info(dib), DIB_RGB_COLORS) +
                 SetDIBitsToDevice(&dc, 0, 0, 3, 2, 0, 0, 0, 2, nullptr, Info(dib), DIB_RGB_COLORS) +
                 StretchDIBits(&dc, 0, 0, 3, 2, 0, 0, 3, 2, Bits(dib), Info(dib), DIB_RGB_COLORS, 0x00EE0086u) +
@@ -231,5 +231,5 @@ TEST(DibPainting, UnscaledFromTheBottomStretchedFromTheTopUnlessTopDown) {
     EXPECT_EQ(StretchDIBits(&dc, 0, 0, 3, 2, 0, 0, 3, 2, Bits(dib), reinterpret_cast<BITMAPINFO*>(&h), DIB_RGB_COLORS, SRCCOPY), 0);
   }
   EXPECT_EQ(Pic(dc, 0, 0, 4, 4), "....|....|....|....");
-  EXPECT_EQ(SetDIBitsToDevice(&bare, 0, 0, 3, 2, 0, 0, 0, 2, Bits(dib), Info(dib), DIB_RGB_COLORS), 2);
+  EXPECT_EQ(CDC().SetDIBitsToDevice(0, 0, 3, 2, 0, 0, 0, 2, Bits(dib), Info(dib), DIB_RGB_COLORS), 2);  // no surface: accepted
 }
