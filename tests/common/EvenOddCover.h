@@ -5,7 +5,10 @@
 // covers every pixel exactly once.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace testimg {
@@ -22,7 +25,34 @@ enum class OnCrossing {
 
 // Calls paint(x, y) for every pixel of a width x height grid whose centre lies
 // inside the edges taken together (one shape: an outline and its holes).
-void PaintEvenOdd(const std::vector<Edge>& edges, int width, int height, OnCrossing rule,
-                  const std::function<void(int x, int y)>& paint);
+inline void PaintEvenOdd(const std::vector<Edge>& edges, int width, int height, OnCrossing rule,
+                  const std::function<void(int x, int y)>& paint) {
+  std::vector<double> xs;
+  for (int y = 0; y < height; y++) {
+    const double py = y + 0.5;
+    xs.clear();
+    for (const Edge& e : edges) {
+      double x0 = e.x0, y0 = e.y0, x1 = e.x1, y1 = e.y1;
+      if (y0 > y1) {
+        std::swap(x0, x1);
+        std::swap(y0, y1);
+      }
+      if (!(y0 <= py && py < y1)) continue;
+      xs.push_back(x0 + (py - y0) * (x1 - x0) / (y1 - y0));
+    }
+    std::sort(xs.begin(), xs.end());
+    for (size_t j = 0; j + 1 < xs.size(); j += 2) {
+      int first, last;  // the inside run of centres between xs[j] and xs[j + 1]
+      if (rule == OnCrossing::kRightOnly) {
+        first = static_cast<int>(std::floor(xs[j] - 0.5)) + 1;  // x + 0.5 > xs[j]
+        last = static_cast<int>(std::floor(xs[j + 1] - 0.5));   // x + 0.5 <= xs[j + 1]
+      } else {
+        first = static_cast<int>(std::ceil(xs[j] - 0.5));         // x + 0.5 >= xs[j]
+        last = static_cast<int>(std::ceil(xs[j + 1] - 0.5)) - 1;  // x + 0.5 < xs[j + 1]
+      }
+      for (int x = std::max(first, 0); x <= std::min(last, width - 1); x++) paint(x, y);
+    }
+  }
+}
 
 }  // namespace testimg

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 
+#include "common/ProgressLog.h"
 #include "segment/MumfordSystem.h"
 #include "segment/SegEngine.h"
 #include "segment/SparseSolve.h"
@@ -85,13 +86,7 @@ TEST_F(Denoise, PlanesAreColumnMajor) {
   EXPECT_EQ(e.m_listWorkBuffers.front()[5], 0.0);
 }
 
-struct ProgressRecorder : CWnd {
-  LRESULT SendMessage(UINT message, WPARAM wParam, LPARAM) override {
-    if (message == WM_PICTRACE_PROGRESS_POS) positions.push_back(static_cast<int>(wParam));
-    return 0;
-  }
-  std::vector<int> positions;
-};
+using ProgressRecorder = testimg::ProgressLog;
 
 TEST_F(Denoise, BadInputLeavesTheEngineAlone) {
   SegEngine empty;

@@ -1,5 +1,5 @@
 // The region preview checked on raster pixels: fills, holes, the lightened and
-// hatched flagged regions, colour order, thread colours and the stored list.
+// hatched flagged regions, colour order and scale.
 #include <gtest/gtest.h>
 
 #include "RasterDC.h"
@@ -120,27 +120,6 @@ TEST_F(Preview, ColourOrderEdgesAndScale) {
   CRasterDC thin(4, 1);
   row.DrawPolygon(&thin, CRect(0, 0, 4, 1), 0, 0);
   testimg::ExpectPixels(thin, {{0, 0, RGB(7, 8, 9)}, {3, 0, RGB(7, 8, 9)}});
-}
-
-TEST_F(Preview, ThreadColoursReplaceTheCurrentListOnly) {
-  AddSquare(RGB(250, 10, 10));
-  e.m_pThreadColors = new DWORD[3]{RGB(0, 0, 255), RGB(200, 0, 0), RGB(255, 255, 0)};
-  e.m_nThreadColorCount = 3;
-  e.SetNearestThreadColorList(2);
-  e.CopyOutlines();
-  CRasterDC stored(20, 20);
-  e.DrawPolygon(&stored, CRect(0, 0, 20, 20), 0, 1);
-  e.DrawPolygon(&dc, CRect(0, 0, 20, 20), 0, 0);
-  EXPECT_EQ(std::make_pair(stored.GetPixel(5, 5), dc.GetPixel(5, 5)), std::make_pair(RGB(250, 10, 10), RGB(200, 0, 0)));
-  // With the current result and its colours gone, the stored copy remains.
-  for (COutlineRegion* r : e.m_listOutlineRegions) delete r;
-  e.m_listOutlineRegions.clear();
-  e.m_arrColorList.RemoveAll();
-  CRasterDC after(20, 20);
-  e.DrawPolygon(&after, CRect(0, 0, 20, 20), 0, 0);
-  EXPECT_EQ(after.GetPixel(5, 5), kWhite);
-  e.DrawPolygon(&after, CRect(0, 0, 20, 20), 0, 1);
-  EXPECT_EQ(after.GetPixel(5, 5), RGB(250, 10, 10));
 }
 
 }  // namespace

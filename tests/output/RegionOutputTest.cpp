@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "common/ProgressLog.h"
 #include "engine/ColorCountRetry.h"
 #include "output/HandRegions.h"
 
@@ -99,13 +100,7 @@ TEST(RegionOutput, RegionsComeByColourWithoutSkippedOrStrayOnesAndWithTheNarrowF
 }
 
 TEST(RegionOutput, OnlyAnotherLineTypeRebuildsReportingPerColour) {
-  struct Log : CWnd {
-    LRESULT SendMessage(UINT message, WPARAM wParam, LPARAM) override {
-      if (message == WM_PICTRACE_PROGRESS_POS) positions.push_back(static_cast<int>(wParam));
-      return 0;
-    }
-    std::vector<int> positions;
-  } log;
+  testimg::ProgressLog log;
   CPictrace e;
   hand::Load(e, 40, 40);
   e.m_pProgressWnd = &log;

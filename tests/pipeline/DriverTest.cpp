@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "cli/ImageResample.h"
+#include "common/ProgressLog.h"
 #include "common/TestImages.h"
 #include "core/OutlineRecords.h"
 
@@ -107,13 +108,7 @@ TEST(Driver, FewColoursAreSnappedToTheirExactValuesAndTheMaskUsedOnce) {
 TEST(Driver, ProgressOfAJobWithoutNoiseReduction) {
   // 80 units: the pyramid stages end at 50 %, the clustering at 75 %, the
   // output polygons at 100 %.
-  struct Log : CWnd {
-    LRESULT SendMessage(UINT message, WPARAM wParam, LPARAM) override {
-      if (message == WM_PICTRACE_PROGRESS_POS) positions.push_back(static_cast<int>(wParam));
-      return 0;
-    }
-    std::vector<int> positions;
-  } log;
+  testimg::ProgressLog log;
   auto dib = testimg::LoadDib(testimg::ExamplePath("monkey_face.png"));
   CPictrace e;
   Load(e, dib);

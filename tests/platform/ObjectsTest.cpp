@@ -32,26 +32,17 @@ struct RecordingDC : CDC {
 }  // namespace
 
 TEST(ValueTypes, RectsArraysAndWindows) {
-  CRect rc(2, 3, 6, 8), r(6, 8, 2, 3);  // left and top edges inside, right and bottom outside
-  CPoint pt(3, 4);
-  EXPECT_TRUE(rc.Width() == 4 && rc.Height() == 5 && rc.Size() == CSize(4, 5) && rc.CenterPoint() == CPoint(4, 5));
-  EXPECT_TRUE(rc.PtInRect(CPoint(2, 3)) && rc.PtInRect(CPoint(5, 7)) && !rc.PtInRect(CPoint(6, 7)) && !rc.PtInRect(CPoint(5, 8)));
-  EXPECT_TRUE(!rc.PtInRect(CPoint(1, 3)) && !rc.PtInRect(CPoint(2, 2)) && CRect(4, 4, 4, 9).IsRectEmpty() && CRect(4, 4, 5, 4).IsRectEmpty());
-  EXPECT_TRUE(!CRect(4, 4, 5, 5).IsRectEmpty() && CRect().IsRectNull() && !CRect(0, 0, 0, 1).IsRectNull());
-  r.NormalizeRect(), r.OffsetRect(-2, 1), r.InflateRect(1, 2), pt.Offset(-5, 1);
-  EXPECT_TRUE(r == CRect(-1, 2, 5, 11) && CRect(CPoint(1, 2), CSize(3, 4)) == CRect(1, 2, 4, 6) && CSize(1, 2) != CSize(2, 1) && r != rc && pt == CPoint(-2, 5));
+  // Only what the engine and the command line use (the rest of MFC's surface is there for hosts).
+  CRect rc(2, 3, 6, 8);
+  EXPECT_TRUE(rc.Width() == 4 && rc.Height() == 5 && rc.Size() == CSize(4, 5) && CRect(CPoint(1, 2), CSize(3, 4)) == CRect(1, 2, 4, 6));
   auto items = [](const CDWordArray& a) { return std::vector<DWORD>(a.GetData(), a.GetData() + a.GetSize()); };
   CDWordArray a, b;
   CArray<CPoint, CPoint> pts;
   EXPECT_TRUE(a.Add(10) == 0 && a.Add(20) == 1 && a.Add(30) == 2);
-  a.InsertAt(1, 15, 2), a.InsertAt(7, 99);  // past the end: zeros fill the gap
-  EXPECT_EQ(items(a), std::vector<DWORD>({10, 15, 15, 20, 30, 0, 0, 99}));
-  a.RemoveAt(1, 3), a.RemoveAt(4);
-  EXPECT_TRUE(items(a) == std::vector<DWORD>({10, 30, 0, 0}) && a.GetUpperBound() == 3);
-  a.SetSize(2), a.SetAt(1, 7), a.SetAtGrow(3, 9), b.Add(1), b.Copy(a);
-  EXPECT_TRUE(items(a) == std::vector<DWORD>({10, 7, 0, 9}) && b.Append(a) == 4);
-  b.ElementAt(0) = 5;
-  EXPECT_TRUE(items(b) == std::vector<DWORD>({5, 7, 0, 9, 10, 7, 0, 9}) && a.GetAt(0) == 10u);  // a copy, not a view
+  b.Add(1), b.Copy(a);
+  EXPECT_TRUE(items(b) == std::vector<DWORD>({10, 20, 30}) && b.Append(a) == 3);
+  b[0] = 5;
+  EXPECT_TRUE(items(b) == std::vector<DWORD>({5, 20, 30, 10, 20, 30}) && a.GetAt(0) == 10u);  // a copy, not a view
   a.RemoveAll(), pts.Add(CPoint(1, 2));
   EXPECT_TRUE(a.IsEmpty() && pts.GetData()[0] == CPoint(1, 2));
   // Message boxes go to the hook, else to standard error; messages to the subclass.
@@ -81,7 +72,8 @@ TEST(DeviceContext, ObjectsSettersPathsPensAndBrushes) {
   EXPECT_TRUE(dc.SelectObject(&blue) == stockBrush && !dc.SelectObject(&none) && dc.GetCurrentBrush() == &blue);
   dc.SelectObject(&green), green.DeleteObject();  // the device keeps the attributes
   POINT pts[] = {{1, 1}, {9, 1}, {9, 9}, {3, 3}};
-  EXPECT_TRUE(dc.Polyline(pts, 2) && dc.color == RGB(0, 200, 0) && dc.style == PS_DOT && !dc.Polyline(pts, 1));
+  BYTE twoPoints[] = {PT_MOVETO, PT_LINETO};
+  EXPECT_TRUE(dc.PolyDraw(pts, twoPoints, 2) && dc.color == RGB(0, 200, 0) && dc.style == PS_DOT);
   // Setters return the previous value; unknown values give 0 and change nothing.
   EXPECT_TRUE(dc.SetROP2(R2_WHITE) == R2_COPYPEN && dc.SetROP2(R2_BLACK) == R2_WHITE && dc.SetROP2(17) == 0 && dc.SetROP2(0) == 0);
   EXPECT_TRUE(dc.GetROP2() == R2_BLACK && dc.SetPolyFillMode(WINDING) == ALTERNATE && dc.SetPolyFillMode(0) == 0);
@@ -92,26 +84,17 @@ TEST(DeviceContext, ObjectsSettersPathsPensAndBrushes) {
   EXPECT_TRUE(dc.GetStretchBltMode() == BLACKONWHITE && dc.GetPixel(0, 0) == CLR_INVALID);
   // Paths: checked before anything is drawn, ended before use, used up.
   BYTE closed[] = {PT_MOVETO, PT_LINETO, PT_LINETO | PT_CLOSEFIGURE}, bad[] = {PT_MOVETO, 0x10, PT_LINETO, PT_LINETO};
-  BYTE shortCurve[] = {PT_MOVETO, PT_BEZIERTO, PT_BEZIERTO, PT_LINETO}, lineOnly[] = {PT_LINETO};
+  BYTE shortCurve[] = {PT_MOVETO, PT_BEZIERTO, PT_BEZIERTO, PT_LINETO};
   EXPECT_TRUE(!dc.EndPath() && !dc.FillPath() && dc.BeginPath());
   EXPECT_TRUE(!dc.PolyDraw(pts, bad, 4) && !dc.PolyDraw(pts, shortCurve, 4) && !dc.PolyDraw(nullptr, bad, 4) && !dc.PolyDraw(pts, bad, -1));
   EXPECT_TRUE(dc.PolyDraw(pts, closed, 3) && !dc.FillPath() && dc.EndPath() && dc.BeginPath());  // a new path is not ended
   EXPECT_TRUE(!dc.FillPath() && dc.PolyDraw(pts, closed, 3) && dc.EndPath() && dc.FillPath() && !dc.StrokePath());
   EXPECT_TRUE(dc.path.size() == 4u && dc.path[3].type == PT_CLOSEFIGURE && dc.path[3].x == 1.0 && dc.fills == 1 && dc.strokes == 1);
-  // Lines start at the current position; MoveTo, Polyline and Polygon add figures, all closed to be filled.
-  dc.BeginPath();
-  EXPECT_TRUE(dc.MoveTo(7, 8) && dc.PolyDraw(pts + 3, lineOnly, 1) && dc.MoveTo(2, 2) && dc.LineTo(4, 6));
-  EXPECT_TRUE(dc.Polyline(pts, 2) && dc.Polygon(pts, 3) && dc.EndPath() && dc.StrokeAndFillPath() && !dc.StrokeAndFillPath());
-  ASSERT_EQ(dc.path.size(), 13u);  // M(7,8) L(3,3) close, M(2,2) L(4,6) close, M L close, M L L close
-  std::string types;
-  for (const auto& op : dc.path) types += op.type == PT_MOVETO ? 'M' : op.type == PT_LINETO ? 'L' : op.type == PT_CLOSEFIGURE ? 'c' : '?';
-  EXPECT_TRUE(types == "MLcMLcMLcMLLc" && dc.path[0].y == 8.0 && dc.path[1].x == 3.0 && dc.path[2].x == 7.0 && dc.path[4].y == 6.0);
   // Outside a path PolyDraw strokes at once; a close in a Bezier triple takes effect after it.
   BYTE curve[] = {PT_MOVETO, PT_BEZIERTO | PT_CLOSEFIGURE, PT_BEZIERTO, PT_BEZIERTO};
-  EXPECT_TRUE(dc.PolyDraw(pts, curve, 4) && dc.strokes == 3 && dc.path.size() == 5u);
+  EXPECT_TRUE(dc.PolyDraw(pts, curve, 4) && dc.strokes == 2 && dc.path.size() == 5u);
   EXPECT_TRUE(dc.path[3].type == PT_BEZIERTO && dc.path[4].type == PT_CLOSEFIGURE && dc.path[4].x == 1.0);
-  EXPECT_TRUE(dc.LineTo(4, 6) && dc.path.size() == 2u && dc.path[0].x == 3.0 && dc.path[1].y == 6.0);
-  EXPECT_TRUE(dc.Polygon(pts, 3) && dc.fills == 3 && dc.strokes == 5 && dc.path.size() == 4u && !dc.Polygon(pts, 1));
+  EXPECT_TRUE(dc.Polygon(pts, 3) && dc.fills == 2 && dc.strokes == 3 && dc.path.size() == 4u && !dc.Polygon(pts, 1));
   // Pens and brushes check their arguments.
   CPen pen, plain;
   LOGBRUSH lb = {BS_SOLID, RGB(0, 0, 0), 0}, hatched = {BS_HATCHED, 0, HS_CROSS}, hollow = {BS_NULL, 0, 0};

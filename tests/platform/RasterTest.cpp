@@ -156,10 +156,9 @@ TEST(RasterStroke, CosmeticStyledAndWidePens) {
     EXPECT_EQ(Pic(d, 0, 1, 12, 2), bk == OPAQUE ? "#r#r#r#r#r.." : "#.#.#.#.#...");
     EXPECT_TRUE(d.GetPixel(1, 3) == (bk == OPAQUE ? kRed : kWhite) && d.GetPixel(4, 6) == 0 && d.GetPixel(5, 7) != 0);
   }
-  // Immediate lines; long ones only visit the steps over the surface.
-  POINT far[] = {{-2000000000, 3}, {2000000000, 3}}, diag[] = {{2000000000, 2000000000}, {-2000000000, -2000000000}};
-  EXPECT_TRUE(im.MoveTo(1, 5) && im.LineTo(5, 5) && im.Polyline(far, 2) && im.Polyline(diag, 2));
-  EXPECT_EQ(Pic(im, 0, 3, 8, 7), "########|....#...|.#####..|......#.");
+  // Long lines only visit the steps over the surface.
+  Draw(im, {{-2000000000, 3}, {2000000000, 3}, {2000000000, 2000000000}, {-2000000000, -2000000000}}, "MLML", false);
+  EXPECT_EQ(Pic(im, 0, 3, 8, 7), "########|....#...|.....#..|......#.");
   // {2, 2} geometric: two on, two off from the start of each figure.
   CRasterDC g(16, 16);
   LOGBRUSH lb = {BS_SOLID, RGB(0, 0, 0), 0};
