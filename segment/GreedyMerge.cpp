@@ -41,6 +41,26 @@ CRegion* MergeAt(RegionPositions& pos, int q, const MergeStep& merge, GreedyCoun
   return a;
 }
 
+// The cursor walk both greedy loops share. step(p) looks for the next merge
+// at or after position p; it makes it and returns the grown region with p
+// moved to where it stands, or returns null when there is none. The walk
+// then starts again at the head, unless it already stands there.
+template <class Step>
+void WalkFromHead(RegionPositions& pos, CRegion* const& pHead, Step step) {
+  CRegion* cursor = pHead;
+  int p = pos.Of(pHead);
+  while (cursor) {
+    if (CRegion* grown = step(p)) {
+      cursor = grown;
+    } else if (cursor != pHead) {
+      cursor = pHead;
+      p = pos.Of(pHead);
+    } else {
+      break;
+    }
+  }
+}
+
 }  // namespace
 
 // After a merge only the grown region and its neighbours change (value,
@@ -71,23 +91,13 @@ GreedyCounts MergeFirstFitIndexed(RegionPositions& pos, CRegion* const& pHead, D
     old = s;
   };
 
-  CRegion* cursor = pHead;
-  int p = pos.Of(pHead);
-  while (cursor) {
+  WalkFromHead(pos, pHead, [&](int& p) -> CRegion* {
     int q = qualifies.FindNth(qualifies.CountBelow(p) + 1);  // n when none
     counts.blocked += static_cast<std::uint64_t>(blocked.CountBelow(q) - blocked.CountBelow(p));
-    if (q < n) {
-      cursor = MergeAt(pos, q, merge, counts, [&](int i, CRegion* r) {
-        setState(i, r ? StateOf(r, nLimit) : kNone);
-      });
-      p = q;
-    } else if (cursor != pHead) {
-      cursor = pHead;
-      p = pos.Of(pHead);
-    } else {
-      break;
-    }
-  }
+    if (q >= n) return nullptr;
+    p = q;
+    return MergeAt(pos, q, merge, counts, [&](int i, CRegion* r) { setState(i, r ? StateOf(r, nLimit) : kNone); });
+  });
   return counts;
 }
 
@@ -99,22 +109,13 @@ GreedyCounts MergeGlobalMinIndexed(RegionPositions& pos, CRegion* const& pHead, 
     if (pos.At(i)) initial[static_cast<size_t>(i)] = pos.At(i)->m_fDecrease;
   LeftmostMinTree values(initial);
 
-  CRegion* cursor = pHead;
-  int p = pos.Of(pHead);
-  while (cursor) {
+  WalkFromHead(pos, pHead, [&](int& p) -> CRegion* {
     float min = values.MinFrom(p);
-    if (min < 0.0f) {
-      int q = values.FirstAtMost(p, min);
-      cursor = MergeAt(pos, q, merge, counts, [&](int i, CRegion* r) {
-        values.Set(i, r ? r->m_fDecrease : std::numeric_limits<float>::infinity());
-      });
-      p = q;
-    } else if (cursor != pHead) {
-      cursor = pHead;
-      p = pos.Of(pHead);
-    } else {
-      break;
-    }
-  }
+    if (!(min < 0.0f)) return nullptr;
+    p = values.FirstAtMost(p, min);
+    return MergeAt(pos, p, merge, counts, [&](int i, CRegion* r) {
+      values.Set(i, r ? r->m_fDecrease : std::numeric_limits<float>::infinity());
+    });
+  });
   return counts;
 }
