@@ -15,15 +15,8 @@ class OwnedList {
  public:
   OwnedList() = default;
   ~OwnedList() { Clear(); }
+  // Stages hand their lists back by value; a list is never assigned.
   OwnedList(OwnedList&& other) noexcept : m_items(std::move(other.m_items)) { other.m_items.clear(); }
-  OwnedList& operator=(OwnedList&& other) noexcept {
-    if (this != &other) {
-      Clear();
-      m_items.swap(other.m_items);
-    }
-    return *this;
-  }
-  OwnedList(const OwnedList&) = delete;
   OwnedList& operator=(const OwnedList&) = delete;
 
   std::list<T*>& Items() { return m_items; }

@@ -1,4 +1,4 @@
-// Pictures for the tests: synthetic packed DIBs and the bundled examples.
+// Pictures for the tests: synthetic packed DIBs and the bundled examples; a progress recorder.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -99,6 +99,15 @@ inline void ExpectImage(const unsigned char* bits, int width, int height,
   for (int row = 0; row < height; row++)
     for (int x = 0; x < width; x++) EXPECT_EQ(PixelAt(bits, width, x, row), want(x, row)) << "pixel " << x << "," << row;
 }
+
+// A progress window that records the positions it is sent.
+struct ProgressLog : CWnd {
+  LRESULT SendMessage(UINT message, WPARAM wParam, LPARAM) override {
+    if (message == WM_PICTRACE_PROGRESS_POS) positions.push_back(static_cast<int>(wParam));
+    return 0;
+  }
+  std::vector<int> positions;
+};
 
 // A test name made of a parameter: every character that is not a letter or
 // a digit becomes '_'.

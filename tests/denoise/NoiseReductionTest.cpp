@@ -6,7 +6,7 @@
 #include <cstring>
 #include <limits>
 
-#include "common/ProgressLog.h"
+#include "common/TestImages.h"
 #include "segment/MumfordSystem.h"
 #include "segment/SegEngine.h"
 #include "segment/SparseSolve.h"

@@ -32,6 +32,7 @@ TEST(GetCompList, ComponentsAndCleanUpTable) {
       {{"rrr", "rbr", "rrg"}, {}, {}, {7, 1, 1}, 1, "rrrrrrrrg", "rrrrrrrrr", {}},
       // Neighbours are tried left, up, down, right; painted pixels count.
       {{"r.", ".r"}, {}, {}, {1, 1, 1, 1}, 1, "r..r", ".rrr", {}},
+      {{"bbbbbgrrrrr"}, {}, {}, {5, 1, 5}, 1, "bbbbbgrrrrr", "bbbbbbrrrrr", {}},
       {{"rgrb"}, {0, 1, 0, 0}, {}, {2, 1, 1}, 1, "rgrb", "rrbb", {0, 2, 0, 2}},
       {{"g"}, {1}, {}, {}, 0, "g", "g", {1}},
       {{"rrr"}, {2, 0, 2}, {}, {1}, 0, "rrr", "r.r", {2, 2, 2}},

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "common/ProgressLog.h"
+#include "common/TestImages.h"
 #include "engine/ColorCountRetry.h"
 #include "output/HandRegions.h"
 

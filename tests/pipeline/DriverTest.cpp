@@ -6,7 +6,6 @@
 #include <cstring>
 
 #include "cli/ImageResample.h"
-#include "common/ProgressLog.h"
 #include "common/TestImages.h"
 #include "core/OutlineRecords.h"
 

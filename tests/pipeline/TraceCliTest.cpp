@@ -96,7 +96,7 @@ TEST(TraceCli, MarksMasksAndOptionsReachTheEngine) {
   EXPECT_TRUE(r.exitCode == 0 && r.out == masked.Svg()) << r.err;
   EXPECT_LT(masked.doc.regions.m_nRegions, unmasked.doc.regions.m_nRegions);  // the eye is gone
   r = Pictrace("trace " + In("flag_kr.png") + " -o " + Out("big.svg") + " --size 1600x1200 --curves --background " +
-               Out("bg.svg") + " --threads " + PICTRACE_EXAMPLES_DIR + "/../threads/pec-64.csv --json " + Out("t.json"));
+               Out("bg.svg") + " --threads " + PICTRACE_EXAMPLES_DIR + "/../threads/pec-64.csv --thread-mode 2 --json " + Out("t.json"));
   ASSERT_EQ(r.exitCode, 0) << r.err;
   EXPECT_NE(r.out.find("; 1 background regions -> " + Out("bg.svg")), std::string::npos) << r.out;
   const std::string svg = ReadText(Out("big.svg")), bg = ReadText(Out("bg.svg")), json = ReadText(Out("t.json"));
@@ -105,6 +105,7 @@ TEST(TraceCli, MarksMasksAndOptionsReachTheEngine) {
   EXPECT_EQ(bg.find("<path", bg.find("<path") + 1), std::string::npos);  // one frame region
   EXPECT_GT(std::count(bg.begin(), bg.end(), 'Z'), 5);  // with the emblem and bars as holes
   EXPECT_NE(json.find("\"threadColors\":[{\"code\":\"29\",\"color\":\"#f0f0f0\",\"name\":\"White\"},"), std::string::npos);
+  EXPECT_NE(json.find("\"name\":\"Cornflower Blue\""), std::string::npos);  // RGB distance (hue distance: Magenta)
   EXPECT_FALSE(Pictrace("trace " + In("astronaut.png") + " --denoise 3000").out == Host("astronaut.png").Svg());
 }
 
@@ -160,6 +161,7 @@ TEST(Cli, BadInputAndFailedWritesExitWithAMessageNamingTheFile) {
       {"trace " + pic + " -o " + dir + "/y.svg --background /dev/full", "/dev/full: cannot write"},
       {"lines " + In("mug.png") + " -o " + dir + "/y.svg --json /dev/full", "/dev/full: cannot write"},
       {"preview " + pic + " -o /dev/full", "/dev/full: cannot write"},
+      {"preview " + pic + " -o " + dir + "/w.png --width 32768 --height 5", "--width: Value 32768 not in range 1 to 32767"},
   };
   for (const auto& c : cases) {
     auto r = Pictrace(c.first);

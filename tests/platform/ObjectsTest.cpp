@@ -111,7 +111,7 @@ TEST(DeviceContext, ObjectsSettersPathsPensAndBrushes) {
   CBrush brush, brush2;
   EXPECT_TRUE(!brush.CreateHatchBrush(HS_DIAGCROSS + 1, 0) && !brush.CreateHatchBrush(HS_HORIZONTAL - 1, 0) && !brush.CreateBrushIndirect(nullptr));
   EXPECT_TRUE(brush.CreateHatchBrush(HS_HORIZONTAL, 0) && brush.m_nStyle == UINT(BS_HATCHED) && !brush.CreateSolidBrush(0));
-  EXPECT_TRUE(brush2.CreateBrushIndirect(&hollow) && brush2.m_nStyle == UINT(BS_NULL) && !brush2.CreateBrushIndirect(&hollow));
+  EXPECT_TRUE(brush2.CreateBrushIndirect(&hollow) && brush2.m_nStyle == UINT(BS_NULL) && brush2.m_crColor == 0 && !brush2.CreateBrushIndirect(&hollow));
 }
 
 TEST(Region, FarCoordinatesAndLifecycle) {

@@ -53,6 +53,9 @@ TEST(GetColorNumber, CountsColoursAboveTheSizeLimit) {
   const std::array<int, 4> cases[] = {{302, 302, 3, 0}, {303, 303, 3, 1}, {6, 6, 30, 0}, {7, 7, 30, 1},
                                       {77, 154, 3, 0},  {78, 156, 3, 1},  {50, 0, 0, 0}};
   for (const auto& c : cases) EXPECT_EQ(Count(Plain(c[0], 3), c[1], c[2]), c[3]) << c[0] << " " << c[1];
+  // The first neighbour's colour (storage row 0's) loses to that of the five others.
+  ASSERT_EQ(Count(testimg::MakeDib24(12, 3, [](int, int row) { return row == 0 ? RGB(1, 2, 3) : RGB(9, 8, 7); }), 120, 30, &list), 1);
+  EXPECT_EQ(Of(list), (std::vector<DWORD>{RGB(9, 8, 7)}));
   auto two = [](int x, int) { return x < 10 ? RGB(200, 10, 10) : RGB(10, 10, 250); };
   ASSERT_EQ(Count(testimg::MakeDib24(20, 10, two), 200, 100, &list), 2);
   EXPECT_EQ(Of(list), (std::vector<DWORD>{0xFA0A0A, 0x0A0AC8}));  // packed, brightest first
