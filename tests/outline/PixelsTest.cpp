@@ -46,6 +46,7 @@ TEST(GetCompList, ComponentsAndCleanUpTable) {
       {{"b#ggggg"}, {0, 2, 0, 0, 0, 0, 0}, {}, {1, 5}, 0, "b#ggggg", ".#ggggg", {2, 2, 0, 0, 0, 0, 0}},
       // Only the host mask differs: its value goes to the last examined pixel.
       {{"rrrrrrr"}, {}, {0, 0, 5, 5, 5, 5, 5}, {2}, 1, "rrrrrrr", "rrrrrrr", {0, 5, 5, 5, 5, 5, 5}},
+      {{"rrr"}, {}, {7, 0, 5}, {1}, 1, "rrr", "rrr", {7, 7, 5}},  // the left neighbour's value is met first
   };
   for (auto& c : cases) {
     OutlineEngine e;

@@ -162,6 +162,7 @@ TEST(Cli, BadInputAndFailedWritesExitWithAMessageNamingTheFile) {
       {"lines " + In("mug.png") + " -o " + dir + "/y.svg --json /dev/full", "/dev/full: cannot write"},
       {"preview " + pic + " -o /dev/full", "/dev/full: cannot write"},
       {"preview " + pic + " -o " + dir + "/w.png --width 32768 --height 5", "--width: Value 32768 not in range 1 to 32767"},
+      {"preview " + pic + " -o " + dir + "/w.png --width 5 --height 32768", "--height: Value 32768 not in range 1 to 32767"},
   };
   for (const auto& c : cases) {
     auto r = Pictrace(c.first);
