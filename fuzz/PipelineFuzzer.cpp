@@ -30,13 +30,7 @@ std::vector<unsigned char> MakePicture(Reader& in, int& width, int& height) {
   for (int i = 0; i < colors; i++) palette[i] = RGB(in.Next(), in.Next(), in.Next());
   const int stride = (width * 3 + 3) / 4 * 4;
   std::vector<unsigned char> dib(40 + static_cast<size_t>(stride) * height, 0);
-  BITMAPINFOHEADER h{};
-  h.biSize = 40;
-  h.biWidth = width;
-  h.biHeight = height;
-  h.biPlanes = 1;
-  h.biBitCount = 24;
-  *reinterpret_cast<BITMAPINFOHEADER*>(dib.data()) = h;
+  *reinterpret_cast<BITMAPINFOHEADER*>(dib.data()) = BITMAPINFOHEADER{40, width, height, 1, 24, 0, 0, 0, 0, 0, 0};
   for (int y = 0; y < height; y++)
     for (int x = 0; x < width; x++) {
       int k = pattern == 0 ? in.Next() : pattern == 1 ? x : pattern == 2 ? x + y : x / 3 + y / 3;
