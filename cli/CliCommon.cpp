@@ -1,4 +1,6 @@
+#include <cmath>
 #include <iostream>
+#include <sstream>
 
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
@@ -40,6 +42,22 @@ std::ostream& SummaryStream(const std::vector<std::string>& outputs) {
   for (const std::string& path : outputs)
     if (path == "-") return std::cerr;
   return std::cout;
+}
+
+CLI::Validator FiniteNumber(double lo, double hi) {
+  std::ostringstream range;
+  range << "expected a number ";
+  if (std::isinf(hi))
+    range << lo << " or larger";
+  else
+    range << "from " << lo << " to " << hi;
+  return CLI::Validator(
+      [lo, hi, wanted = range.str()](std::string& text) {
+        double v = 0;
+        const bool ok = CLI::detail::lexical_cast(text, v) && std::isfinite(v) && v >= lo && v <= hi;
+        return ok ? std::string() : wanted + ", not " + text;
+      },
+      "NUMBER");
 }
 
 }  // namespace cli

@@ -41,6 +41,10 @@ bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsi
 // OutputFormats()[i], "-" for standard output, empty for none.
 void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<std::string>& outputs);
 
+// A number from lo to hi (hi infinite: lo or larger). NaN and infinities are
+// refused like any other value out of range, with the option named.
+CLI::Validator FiniteNumber(double lo, double hi);
+
 // Where a command's summary line goes: standard error when an output goes
 // to standard output ("-"), so that it stays clean; standard output
 // otherwise.

@@ -217,7 +217,7 @@ Command AddTraceCommand(CLI::App& parent) {
   app->add_option("--tolerance", o->tolerance,
                   "largest distance of the outlines from the pixel boundaries, in pixels "
                   "(default 1)")
-      ->check(CLI::Range(0.01, 50.0));
+      ->check(FiniteNumber(0.01, 50.0));
   app->add_option("--mask", o->mask,
                   "picture of the same size whose black pixels are left out of every region");
   app->add_option("--threads", o->threads, "thread table (CSV of name,code,#rrggbb)");
@@ -229,13 +229,7 @@ Command AddTraceCommand(CLI::App& parent) {
   app->add_option("--denoise", o->denoise,
                   "smooth the picture first, keeping its edges; LAMBDA >= 0, larger keeps only "
                   "stronger edges (3000 suits noisy photographs)")
-      ->check(CLI::Validator(
-          [](std::string& text) {
-            double v = 0;
-            bool ok = CLI::detail::lexical_cast(text, v) && v >= 0 && std::isfinite(v);
-            return ok ? std::string() : "expected a number 0 or larger, not " + text;
-          },
-          "LAMBDA"));
+      ->check(FiniteNumber(0.0, HUGE_VAL));
   app->add_option("--background", o->background,
                   "also write the background (the frame colour's regions, with holes where the "
                   "objects are) as SVG");

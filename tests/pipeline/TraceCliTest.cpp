@@ -152,6 +152,7 @@ TEST(Cli, BadInputAndFailedWritesExitWithAMessageNamingTheFile) {
       {"trace " + pic + " --size 1000001x5", "must be between 1 and"},
       {"trace " + pic + " --size 10x", "--size 10x: expected WIDTHxHEIGHT"},
       {"trace " + pic + " --denoise nan", "--denoise: expected a number 0 or larger"},
+      {"trace " + pic + " --tolerance nan", "--tolerance: expected a number from 0.01 to 50, not nan"},
       {"trace " + pic + " --mark 3x4", "--mark 3x4: expected X,Y"},
       {"trace " + pic + " --mark 300,0", "--mark 300,0: outside the 300 x 263 picture"},
       {"trace " + pic + " --json -", "the SVG and the JSON cannot both go to standard output"},
