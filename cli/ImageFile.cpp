@@ -1,5 +1,7 @@
 #include "cli/ImageFile.h"
 
+#include <sys/stat.h>
+
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -97,6 +99,20 @@ bool LoadImageBytes(const unsigned char* data, size_t size, const std::string& n
 }
 
 bool LoadImageFile(const std::string& path, std::vector<unsigned char>& dib, std::string& error) {
+  // Directories and devices (/dev/zero never ends) are refused by name, and
+  // no picture file is larger than the cap: both before anything is read.
+  struct stat st;
+  if (stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+    dib.clear();
+    error = path + (S_ISDIR(st.st_mode) ? ": is a folder, not a picture file" : ": not a regular file");
+    return false;
+  }
+  if (stat(path.c_str(), &st) == 0 && static_cast<unsigned long long>(st.st_size) > kMaxPictureFileBytes) {
+    dib.clear();
+    error = path + ": " + std::to_string(st.st_size) + " bytes, more than a picture file may have (" +
+            std::to_string(kMaxPictureFileBytes) + ")";
+    return false;
+  }
   std::ifstream in(path, std::ios::binary);
   if (!in) {
     dib.clear();

@@ -7,6 +7,10 @@
 
 namespace pictrace {
 
+// No picture file read is larger than this: 1 GiB, far above what the pixel
+// limit lets a compressed picture decode to.
+constexpr unsigned long long kMaxPictureFileBytes = 1ull << 30;
+
 void SetMaxImagePixels(std::uint64_t pixels);
 std::uint64_t MaxImagePixels();
 

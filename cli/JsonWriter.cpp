@@ -100,7 +100,9 @@ std::string FormatJson(const OutputDocument& doc, CPictrace&) {
     out["lineCount"] = doc.lines.m_nThinLines;
     out["lines"] = std::move(lines);
   }
-  return out.dump() + "\n";
+  // Names from thread tables or file names may not be UTF-8 (Latin-1, say):
+  // such bytes become U+FFFD rather than failing the whole write.
+  return out.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace pictrace

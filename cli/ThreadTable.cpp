@@ -30,6 +30,7 @@ bool ParseThreadTable(std::istream& in, const std::string& source, std::vector<T
   int lineNo = 0;
   while (std::getline(in, line)) {
     lineNo++;
+    if (lineNo == 1 && line.compare(0, 3, "\xEF\xBB\xBF") == 0) line.erase(0, 3);  // a UTF-8 byte-order mark
     std::string trimmed = Trim(line);
     if (trimmed.empty()) continue;
     std::vector<std::string> fields;

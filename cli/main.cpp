@@ -36,7 +36,13 @@ int main(int argc, char** argv) {
   }
   try {
     for (const Command& command : commands)
-      if (command.app->parsed()) return command.run();
+      if (command.app->parsed()) {
+        const int status = command.run();
+        // A summary or a listing that could not reach standard output is a
+        // failure too (a full disk, a closed pipe).
+        if (!std::cout.flush()) return Fail("cannot write to standard output");
+        return status;
+      }
   } catch (const std::exception& e) {
     return Fail(e.what());
   }

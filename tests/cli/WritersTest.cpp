@@ -73,12 +73,12 @@ TEST(Writers, RegionsAsSvgAndJson) {
   EXPECT_EQ(json.find("lineColors"), std::string::npos);
   // Thread colours paint the groups; a picture-sized view box when the output rectangle is empty.
   s.output = RECT{100, 200, 100, 200};
-  s.threads = {{RGB(0x12, 0x34, 0x56), true, "Navy", "007"}, {RGB(1, 2, 3), false, "", ""}};
+  s.threads = {{RGB(0x12, 0x34, 0x56), true, "Ros\xE9", "007"}, {RGB(1, 2, 3), false, "", ""}};  // Latin-1
   const std::string svg = FormatSvg(s, s.engine);
   json = FormatJson(s, s.engine);
   EXPECT_EQ(svg.find("width=\"8\" height=\"6\" viewBox=\"100 200 8 6\">\n<g id=\"color-1\" fill=\"#123456\""), 93u);
   EXPECT_NE(svg.find("id=\"color-2\" fill=\"#010203\""), std::string::npos);
-  EXPECT_NE(json.find("\"threadColors\":[{\"code\":\"007\",\"color\":\"#123456\",\"name\":\"Navy\"},"
+  EXPECT_NE(json.find("\"threadColors\":[{\"code\":\"007\",\"color\":\"#123456\",\"name\":\"Ros\xEF\xBF\xBD\"},"
                       "{\"code\":null,\"color\":\"#010203\",\"name\":null}]"), std::string::npos) << json;
 }
 
@@ -106,7 +106,7 @@ TEST(Writers, CentreLinesKeepTheirLinks) {
 TEST(Writers, ThreadTablesAndOneOutputOnStandardOutput) {
   std::vector<ThreadColor> table;
   std::string error;
-  std::istringstream good("name,code,color\r\nBlack,002,#000000\r\n\n Sky Blue , 17 ,#1a2B3c\n");
+  std::istringstream good("\xEF\xBB\xBFname,code,color\r\nBlack,002,#000000\r\n\n Sky Blue , 17 ,#1a2B3c\n");  // with a BOM
   ASSERT_TRUE(ParseThreadTable(good, "t.csv", table, error)) << error;
   ASSERT_EQ(table.size(), 2u);
   EXPECT_EQ(table[0].name + table[0].code + ColorToHex(table[0].color) + "|" + table[1].name + "|" + table[1].code + "|" +

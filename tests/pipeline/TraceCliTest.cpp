@@ -142,6 +142,7 @@ TEST(Cli, BadInputAndFailedWritesExitWithAMessageNamingTheFile) {
   Dir().Write("16.bmp", bmp16);
   const std::pair<std::string, std::string> cases[] = {
       {"info " + dir + "/missing.png", dir + "/missing.png: cannot open"},
+      {"info " + dir, dir + ": is a folder, not a picture file"}, {"info /dev/zero", "/dev/zero: not a regular file"},
       {"preview " + dir + "/nopic.png -o " + dir + "/x.png", dir + "/nopic.png: not a PNG, JPEG or BMP"},
       {"info " + dir + "/16.bmp", "This type of bitmap is not supported"},
       {"info " + dir + "/16.bmp", dir + "/16.bmp: the engine refused"},
@@ -179,6 +180,7 @@ TEST(Cli, InfoPreviewAndTheProgressBar) {
             std::string::npos);
   Pictrace("preview " + In("flag_kr.png") + " -o " + Out("p.png"));
   EXPECT_EQ(testimg::LoadDib(Out("p.png")), testimg::LoadDib(In("flag_kr.png")));
+  EXPECT_NE(std::system((clitest::ProgramPath() + " info " + In("flag_kr.png") + " >/dev/full 2>/dev/null").c_str()), 0);
   Pictrace("preview " + In("flag_kr.png") + " -o " + Out("q.png") + " --width 150 --height 99");
   EXPECT_EQ(testimg::LoadDib(Out("q.png")).size(), 40u + 99u * 452u);
   const std::string args = "trace " + In("monkey_face.png") + " -o " + Out("progress.svg");
