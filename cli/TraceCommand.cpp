@@ -79,28 +79,30 @@ bool ParseSize(const std::string& text, long& w, long& h, std::string& error) {
   return ok;
 }
 
-// The cartoon mask from a picture of the same size: black pixels are
-// excluded (2), all others ordinary (0). Rows follow the engine's working
-// image, bottom row first. Returns null (after a message) on failure.
-unsigned char* LoadMask(const std::string& path, int width, int height) {
+// The mask from a picture of the same size: black pixels are excluded (2),
+// all others ordinary (0). Rows follow the engine's working image, bottom row
+// first. It becomes the engine's host mask, which every clustering pass
+// honours (the cartoon mask of the segmentation call takes part in the first
+// pass only). False (after a message) on failure.
+bool LoadMask(const std::string& path, int width, int height, std::vector<int>& mask) {
   CPictrace maskEngine;
   std::vector<unsigned char> dib;
-  if (!LoadIntoEngine(maskEngine, path, dib)) return nullptr;
+  if (!LoadIntoEngine(maskEngine, path, dib)) return false;
   const BITMAPINFOHEADER* h = maskEngine.GetBmpInfoHeader();
   if (h->biWidth != width || h->biHeight != height) {
     Fail(path + ": the mask is " + std::to_string(h->biWidth) + " x " +
          std::to_string(h->biHeight) + " pixels, the picture " + std::to_string(width) + " x " +
          std::to_string(height));
-    return nullptr;
+    return false;
   }
   const size_t stride = h->biSizeImage / static_cast<DWORD>(height);
-  unsigned char* pMask = new unsigned char[static_cast<size_t>(width) * height];
+  mask.assign(static_cast<size_t>(width) * height, 0);
   for (int row = 0; row < height; row++) {
     const unsigned char* p = maskEngine.m_pDIBBits + row * stride;
     for (int x = 0; x < width; x++, p += 3)
-      pMask[static_cast<size_t>(row) * width + x] = (p[0] == 0 && p[1] == 0 && p[2] == 0) ? 2 : 0;
+      if (p[0] == 0 && p[1] == 0 && p[2] == 0) mask[static_cast<size_t>(row) * width + x] = 2;
   }
-  return pMask;
+  return true;
 }
 
 int RunTrace(const TraceOptions& o) {
@@ -136,11 +138,10 @@ int RunTrace(const TraceOptions& o) {
     marks.emplace_back(x, height - 1 - y);
   }
 
-  std::unique_ptr<unsigned char[]> maskOwner;
-  unsigned char* pMask = nullptr;
+  std::vector<int> mask;
   if (!o.mask.empty()) {
-    pMask = LoadMask(o.mask, width, height);
-    if (!pMask) return kExitFailure;
+    if (!LoadMask(o.mask, width, height, mask)) return kExitFailure;
+    engine.SetMASKData(mask.data());
   }
 
   if (!table.empty()) {
@@ -158,11 +159,7 @@ int RunTrace(const TraceOptions& o) {
   engine.BeginProgress(o.denoise >= 0 ? 0 : 1);
   if (o.denoise >= 0) engine.NoiseReduction(o.denoise);
   CDWordArray colors;
-  // The engine may free the mask and null the pointer when its clean-up
-  // gives up; whatever is left afterwards is ours to free.
-  engine.DoSegmentation(o.colors, &colors, o.tolerance, o.noRetry ? 1 : 0,
-                        pMask ? &pMask : nullptr);
-  maskOwner.reset(pMask);
+  engine.DoSegmentation(o.colors, &colors, o.tolerance, o.noRetry ? 1 : 0, nullptr);
   engine.EndProgress();
   engine.m_pProgressWnd = nullptr;
 

@@ -26,14 +26,14 @@ clitest::RunResult Pictrace(const std::string& args) { return clitest::RunPictra
 struct Host {
   CPictrace engine;
   pictrace::OutputDocument doc;
-  explicit Host(const std::string& name, bool bNoRetry = false, unsigned char* pMask = nullptr,
+  explicit Host(const std::string& name, bool bNoRetry = false, std::vector<int>* pMask = nullptr,
                 const std::function<void(CPictrace&)>& mark = nullptr) {
     std::vector<unsigned char> dib = testimg::LoadDib(In(name));
     EXPECT_TRUE(engine.SetDIBData(dib.data()));
     engine.SetImageRealRect(0, 0, engine.m_bmiHeader.biWidth, engine.m_bmiHeader.biHeight);
+    engine.SetMASKData(pMask ? pMask->data() : nullptr);
     CDWordArray colors;
-    engine.DoSegmentation(8, &colors, 1.0, bNoRetry, pMask ? &pMask : nullptr);
-    delete[] pMask;
+    engine.DoSegmentation(8, &colors, 1.0, bNoRetry, nullptr);
     if (mark) mark(engine);
     pictrace::TakeFrame(doc, engine, In(name));
     pictrace::TakeRegions(doc, engine, {});
@@ -80,19 +80,19 @@ TEST(TraceCli, MarksMasksAndOptionsReachTheEngine) {
   });
   EXPECT_TRUE(r.exitCode == 0 && r.out == marked.Svg()) << r.err;
   EXPECT_LT(marked.doc.regions.m_nRegions, plain.doc.regions.m_nRegions - 1);
-  // A black block in a white mask: excluded pixels (2) in the engine's rows.
+  // A black block in a white mask: excluded pixels (2) in the engine's host mask, on every pass.
   const int w = 300, h = 263;
   std::vector<unsigned char> rows(w * 3 * h, 255);
-  unsigned char* pMask = new unsigned char[w * h]();
+  std::vector<int> mask(w * h, 0);
   for (int row = 135; row < 185; row++)
     for (int x = 165; x < 210; x++) {
-      pMask[row * w + x] = 2;
+      mask[row * w + x] = 2;
       for (int c = 0; c < 3; c++) rows[((h - 1 - row) * w + x) * 3 + c] = 0;
     }
   std::string error;
   ASSERT_TRUE(pictrace::WritePng(Out("mask.png"), rows.data(), w, h, w * 3, error)) << error;
-  r = Pictrace("trace " + In("monkey_face.png") + " --no-retry --mask " + Out("mask.png"));
-  Host masked("monkey_face.png", true, pMask), unmasked("monkey_face.png", true);
+  r = Pictrace("trace " + In("monkey_face.png") + " --mask " + Out("mask.png"));
+  Host masked("monkey_face.png", false, &mask), unmasked("monkey_face.png");
   EXPECT_TRUE(r.exitCode == 0 && r.out == masked.Svg()) << r.err;
   EXPECT_LT(masked.doc.regions.m_nRegions, unmasked.doc.regions.m_nRegions);  // the eye is gone
   r = Pictrace("trace " + In("flag_kr.png") + " -o " + Out("big.svg") + " --size 1600x1200 --curves --background " +
