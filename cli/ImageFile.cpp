@@ -1,7 +1,10 @@
 #include "cli/ImageFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -128,6 +131,29 @@ bool LoadImageFile(const std::string& path, std::vector<unsigned char>& dib, std
   return LoadImageBytes(bytes.data(), bytes.size(), path, dib, error);
 }
 
+namespace {
+
+// Writes all bytes to an open descriptor; false with errno set on failure.
+bool WriteAll(int fd, const std::string& bytes) {
+  size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t n = write(fd, bytes.data() + done, bytes.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return false;
+    done += static_cast<size_t>(n);
+  }
+  return true;
+}
+
+std::string Reason() { return std::strerror(errno); }
+
+}  // namespace
+
+// A file is written whole or not at all: the bytes go to a temporary file
+// beside the target, which replaces the target only once it is complete and
+// flushed to disk; a failure removes the temporary and leaves the target as
+// it was. A target that exists but is not a regular file (a device, a pipe)
+// is written in place and never removed or replaced.
 bool WriteFileBytes(const std::string& path, const std::string& bytes, std::string& error) {
   if (path == "-") {
     std::cout << bytes;
@@ -138,14 +164,40 @@ bool WriteFileBytes(const std::string& path, const std::string& bytes, std::stri
     }
     return true;
   }
-  std::ofstream out(path, std::ios::binary);
-  if (out) out << bytes;
-  if (out) out.close();
-  if (!out) {
-    error = path + ": cannot write the file";
+  struct stat st;
+  if (stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+    if (S_ISDIR(st.st_mode)) {
+      error = path + ": cannot write the file: it is a folder";
+      return false;
+    }
+    const int fd = open(path.c_str(), O_WRONLY);
+    const bool ok = fd >= 0 && WriteAll(fd, bytes);
+    if (!ok) error = path + ": cannot write the file: " + Reason();
+    if (fd >= 0 && close(fd) != 0 && ok) {
+      error = path + ": cannot write the file: " + Reason();
+      return false;
+    }
+    return ok;
+  }
+  std::string temp = path + ".XXXXXX";
+  const int fd = mkstemp(&temp[0]);
+  if (fd < 0) {
+    error = path + ": cannot write the file: " + Reason();
     return false;
   }
-  return true;
+  bool ok = WriteAll(fd, bytes) && fsync(fd) == 0;
+  std::string reason = ok ? "" : Reason();
+  if (close(fd) != 0 && ok) ok = false, reason = Reason();
+  // mkstemp makes the file private; give it the mode a new file would have.
+  const mode_t mask = umask(0);
+  umask(mask);
+  if (ok && chmod(temp.c_str(), 0666 & ~mask) != 0) ok = false, reason = Reason();
+  if (ok && rename(temp.c_str(), path.c_str()) != 0) ok = false, reason = Reason();
+  if (!ok) {
+    unlink(temp.c_str());
+    error = path + ": cannot write the file: " + reason;
+  }
+  return ok;
 }
 
 }  // namespace pictrace
