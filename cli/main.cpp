@@ -1,6 +1,7 @@
 // pictrace: turns pictures into flat colour regions and outlines from the
 // command line. Run "pictrace --help" for the subcommands.
 #include <exception>
+#include <new>
 #include <iostream>
 
 #include "cli/Commands.h"
@@ -43,6 +44,10 @@ int main(int argc, char** argv) {
         if (!std::cout.flush()) return Fail("cannot write to standard output");
         return status;
       }
+  } catch (const std::bad_alloc&) {
+    for (const Command& command : commands)
+      if (command.app->parsed()) return Fail("out of memory while running '" + command.app->get_name() + "'");
+    return Fail("out of memory");
   } catch (const std::exception& e) {
     return Fail(e.what());
   }
