@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "WinTypes.h"
 #include "cli/ImageFormats.h"
 
 namespace pictrace {
@@ -63,7 +64,7 @@ bool ReadBmp(const unsigned char* data, size_t size, std::vector<unsigned char>&
   }
   std::uint64_t tableStart = kFileHeader + headerSize;
   std::uint64_t tableBytes = colours * 4;
-  std::uint64_t stride = ((static_cast<std::uint64_t>(width) * bits + 31) / 32) * 4;
+  std::uint64_t stride = DibRowBytes(width, bits);
   std::uint64_t pixelBytes = stride * static_cast<std::uint64_t>(height);
   if (tableStart + tableBytes > size) {
     reason = "the BMP file is truncated inside its colour table";

@@ -12,6 +12,7 @@
 #include <iterator>
 #include <new>
 
+#include "WinTypes.h"
 #include "cli/ImageFormats.h"
 #include "cli/ImageLimits.h"
 
@@ -57,7 +58,7 @@ bool CheckSize(long width, long height, std::string& reason) {
 }
 
 size_t MakeDib24(long width, long height, std::vector<unsigned char>& dib) {
-  size_t stride = ((static_cast<size_t>(width) * 3 + 3) / 4) * 4;
+  size_t stride = static_cast<size_t>(DibRowBytes(width, 24));
   size_t imageSize = stride * static_cast<size_t>(height);
   dib.assign(40 + imageSize, 0);
   unsigned char* h = dib.data();

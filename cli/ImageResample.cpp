@@ -12,8 +12,8 @@ std::vector<unsigned char> BoxResample(const std::vector<unsigned char>& src, in
   BITMAPINFOHEADER sh;
   std::memcpy(&sh, src.data(), 40);
   const int sw = sh.biWidth, shh = sh.biHeight;
-  const size_t sstride = (static_cast<size_t>(sw) * 3 + 3) / 4 * 4;
-  const size_t stride = (static_cast<size_t>(width) * 3 + 3) / 4 * 4;
+  const size_t sstride = static_cast<size_t>(DibRowBytes(sw, 24));
+  const size_t stride = static_cast<size_t>(DibRowBytes(width, 24));
   std::vector<unsigned char> out(40 + stride * height, 0);
   BITMAPINFOHEADER h = sh;
   h.biWidth = width;

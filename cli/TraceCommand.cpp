@@ -95,7 +95,7 @@ bool LoadMask(const std::string& path, int width, int height, std::vector<int>& 
          std::to_string(height));
     return false;
   }
-  const size_t stride = h->biSizeImage / static_cast<DWORD>(height);
+  const size_t stride = static_cast<size_t>(DibRowBytes(width, 24));
   mask.assign(static_cast<size_t>(width) * height, 0);
   for (int row = 0; row < height; row++) {
     const unsigned char* p = maskEngine.m_pDIBBits + row * stride;

@@ -49,4 +49,11 @@ inline ImageView ViewOf(const BITMAPINFOHEADER& header, unsigned char* bits) {
   return view;
 }
 
+// The engine's picture as the segmentation reads it: rows of HeaderStride.
+inline ImageView HeaderView(const BITMAPINFOHEADER& header, unsigned char* bits) {
+  ImageView view = ViewOf(header, bits);
+  view.stride = HeaderStride(header);
+  return view;
+}
+
 }  // namespace pictrace

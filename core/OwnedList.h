@@ -20,8 +20,6 @@ class OwnedList {
   OwnedList& operator=(const OwnedList&) = delete;
 
   std::list<T*>& Items() { return m_items; }
-  const std::list<T*>& Items() const { return m_items; }
-  bool Empty() const { return m_items.empty(); }
 
   // Exchanges the records with a list someone else owns.
   void Swap(std::list<T*>& other) { m_items.swap(other); }

@@ -24,7 +24,6 @@ class Progress {
   double Span(float weight) const {
     return m_pTotal ? static_cast<double>(weight) / *m_pTotal * 100.0 : 0.0;
   }
-  float Position() const { return m_pPosition ? *m_pPosition : 0.0f; }
 
   // Shows the position plus an offset into the running stage.
   void ShowAt(double offset) const {

@@ -116,26 +116,15 @@ bool DominantColors(const ImageView& picture, const CRect& rcReal, std::vector<D
 }  // namespace segment
 }  // namespace pictrace
 
-namespace {
-
-// The input picture as the colour counts read it.
-pictrace::ImageView InputPicture(const BITMAPINFOHEADER& header, unsigned char* pBits) {
-  pictrace::ImageView picture = pictrace::ViewOf(header, pBits);
-  picture.stride = pictrace::HeaderStride(header);
-  return picture;
-}
-
-}  // namespace
-
 int CPictrace::IsGrayValued() {
   if (!HasDIBData() || !m_pDIBBits) return 0;
-  return pictrace::segment::IsGray(InputPicture(m_bmiHeader, m_pDIBBits)) ? 1 : 0;
+  return pictrace::segment::IsGray(pictrace::HeaderView(m_bmiHeader, m_pDIBBits)) ? 1 : 0;
 }
 
 int CPictrace::GetColorNumber(int& nColors, CDWordArray* pList) {
   if (!HasDIBData() || !m_pDIBBits) return 0;
   std::vector<DWORD> kept;
-  if (!pictrace::segment::DominantColors(InputPicture(m_bmiHeader, m_pDIBBits), m_rcImageReal, kept)) return 0;
+  if (!pictrace::segment::DominantColors(pictrace::HeaderView(m_bmiHeader, m_pDIBBits), m_rcImageReal, kept)) return 0;
   nColors = static_cast<int>(kept.size());
   if (!pList) return 1;
   SortByBrightness(kept);

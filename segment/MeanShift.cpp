@@ -174,9 +174,8 @@ void CPictrace::MeanShiftProcess(double* pR, double* pG, double* pB, int* pWeigh
 void CPictrace::MeanShift(int nWanted, CDWordArray* pList) {
   if (!HasDIBData() || !m_pWorkBits || !m_pRegionHead || m_bmiHeader.biHeight <= 0) return;
   m_arrColorList.RemoveAll();
-  pictrace::ImageView work = pictrace::ViewOf(m_bmiHeader, m_pWorkBits);
-  work.stride = pictrace::HeaderStride(m_bmiHeader);
-  pictrace::segment::Clustering result = pictrace::segment::ClusterColors(m_pRegionHead, work, nWanted);
+  pictrace::segment::Clustering result =
+      pictrace::segment::ClusterColors(m_pRegionHead, pictrace::HeaderView(m_bmiHeader, m_pWorkBits), nWanted);
   m_nColorRadius = result.radius;
   // Without a list to fill, the engine's own list stays empty.
   if (pList) PublishColors(result.colors, pList, m_arrColorList);

@@ -129,7 +129,7 @@ int SmoothPlanes(const double* const* ppPlanes, int nPlanes, double dLambda, con
 
 int CPictrace::FiniteDifferenceLasMumfordU(double** ppPlanes, int nPlanes, double dLambda) {
   pictrace::ImageView work = pictrace::ViewOf(m_bmiHeader, m_pWorkBits);
-  work.stride = static_cast<size_t>(RowStride(m_bmiHeader));
+  work.stride = static_cast<size_t>(RowStride(m_bmiHeader));  // 0 when the header cannot describe the rows
   pictrace::Progress progress = JobProgress();
   return pictrace::segment::SmoothPlanes(ppPlanes, nPlanes, dLambda, work, progress);
 }
