@@ -85,10 +85,7 @@ pictrace::RegionList TraceRegions(const OutlineInput& in, double dParam, unsigne
 int CPictrace::GetOutline4Cartoon2(double dParam, unsigned char** ppMask) {
   const outline::OutlineInput in = outline::InputOf(*this);
   if (!outline::Usable(in)) return 0;
-  {
-    pictrace::RegionList old;  // the old regions go before the new ones are built
-    old.Swap(m_listOutlineRegions);
-  }
+  pictrace::RegionList().Swap(m_listOutlineRegions);  // the old regions go before the new ones are built
   pictrace::RegionList regions = outline::TraceRegions(in, dParam, ppMask);
   regions.Swap(m_listOutlineRegions);
   return 1;
