@@ -43,6 +43,16 @@ struct Cubic {
   Vec2 p[4];
 };
 
+// The straight line from a to b as a cubic, control points at its thirds.
+inline Cubic StraightCubic(Vec2 a, Vec2 b) {
+  Cubic c;
+  c.p[0] = a;
+  c.p[1] = a + (b - a) * (1.0 / 3.0);
+  c.p[2] = a + (b - a) * (2.0 / 3.0);
+  c.p[3] = b;
+  return c;
+}
+
 inline Vec2 CubicPoint(const Cubic& c, double t) {
   double s = 1.0 - t;
   double b0 = s * s * s, b1 = 3.0 * s * s * t, b2 = 3.0 * s * t * t, b3 = t * t * t;

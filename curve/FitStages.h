@@ -89,4 +89,16 @@ Vec2 TuneTangent(const std::vector<std::function<double(Vec2)>>& sides, Vec2 est
 void FitRun(const Vec2* pts, const Vec2* guide, int n, Vec2 t1, Vec2 t2, double dTolerance,
             int nWindow, std::vector<Cubic>& out);
 
+// One fitted cubic and whether the curve may turn sharply at its ends.
+struct FittedPiece {
+  Cubic cubic;
+  bool cornerStart;
+  bool cornerEnd;
+};
+
+// Fits a prepared chain, appending the cubics in chain order. An open chain
+// runs from its first point to its last; a closed one starts at its first
+// corner, or at point 0 when it has none.
+void FitPrepared(const PreparedChain& prep, std::vector<FittedPiece>& out);
+
 }  // namespace pictrace::curve

@@ -1,0 +1,31 @@
+// Fitting of the borders of a tiling: runs of a raw staircase outline that
+// two neighbouring regions share. Both regions take the same cubics, so the
+// fit must not depend on the direction a border is walked in, nor on where a
+// closed border is entered.
+#pragma once
+
+#include <vector>
+
+#include "curve/BezierMath.h"
+
+namespace pictrace::curve {
+
+// Fits an open border run[0 .. n-1] (unit steps on the pixel-corner grid)
+// from its first point to its last, both kept exactly; the two ends may be
+// the same point. Every run point lies within dTolerance of the curve. The
+// fit of the reversed run is this fit reversed.
+std::vector<Cubic> FitOpenBorder(const std::vector<Vec2>& run, double dTolerance);
+
+// Fits a closed border (the run without repeating its first point), walked
+// in the run's direction. The curve starts at a point chosen from the ring
+// alone, so a rotated or reversed run gives the same curve.
+std::vector<Cubic> FitClosedBorder(const std::vector<Vec2>& run, double dTolerance);
+
+// The run as straight lines, one per maximal straight stretch: the border
+// exactly as traced. Closed runs start at a point where the run turns.
+std::vector<Cubic> StraightBorder(const std::vector<Vec2>& run, bool bClosed);
+
+// The same curve walked the other way.
+std::vector<Cubic> ReversedCurve(const std::vector<Cubic>& curve);
+
+}  // namespace pictrace::curve
