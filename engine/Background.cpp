@@ -87,7 +87,7 @@ int CPictrace::ExtractBackground() {
   outline::TieToColors(items, m_arrColorList);
   pictrace::Progress silent;
   pictrace::engine::BuildOutputPolygons(items, static_cast<int>(m_arrColorList.GetSize()),
-                                        m_nOutputLineType, height, m_dCurveTolerance, silent);
+                                        m_nOutputLineType, width, height, m_dCurveTolerance, silent);
   regions.Swap(m_listBackgroundRegions);
   return m_listBackgroundRegions.empty() ? 0 : 1;
 }
@@ -98,7 +98,7 @@ void CPictrace::GetBackgroundRegions(CPTRegions* pRegions, int nLineType) {
   // each time; the current regions and the engine's line type stay as they are.
   const int nColors = static_cast<int>(m_arrColorList.GetSize());
   pictrace::Progress silent;
-  pictrace::engine::BuildOutputPolygons(m_listBackgroundRegions, nColors, nLineType,
+  pictrace::engine::BuildOutputPolygons(m_listBackgroundRegions, nColors, nLineType, m_bmiHeader.biWidth,
                                         m_bmiHeader.biHeight, m_dCurveTolerance, silent);
   pictrace::engine::CollectRegions(m_listBackgroundRegions, nColors, m_rcImageReal, m_bmiHeader.biWidth,
                                    m_bmiHeader.biHeight, pRegions);

@@ -1,12 +1,13 @@
 // Region output: the output polygons kept inside the outline records (image
 // pixels, y downward) and the self-contained regions handed to the host (output
 // units of m_rcImageReal).
+#include <memory>
 #include <vector>
 
 #include "Pictrace.h"
 #include "core/Progress.h"
 #include "engine/RegionOutput.h"
-#include "curve/BezierFit.h"
+#include "engine/TilingCurves.h"
 #include "core/OutputMapping.h"
 #include "core/OutlineRecords.h"
 
@@ -23,44 +24,34 @@ void BuildStraightPolygon(CPTPolygon* pPolygon, const sPoint* pPoints, int nPoin
   pictrace::engine::FillStraightLines(pPolygon->m_pLines, pPoints, nLines, nHeight);
 }
 
-// Curve output: the raw chain goes through the fitter; each returned segment
-// becomes one Bezier line with y flipped to the top-down image frame.
-void BuildCurvePolygon(CPTPolygon* pPolygon, const sPoint* pRaw, int nRaw, int nHeight,
-                       double dTolerance) {
-  pPolygon->m_nLines = 0;
-  if (nRaw < 2 || !pRaw) return;
-  std::vector<int> chain(static_cast<size_t>(nRaw) * 2);
-  for (int i = 0; i < nRaw; i++) {
-    chain[2 * i] = pRaw[i].x;
-    chain[2 * i + 1] = pRaw[i].y;
-  }
-  int nSegments = 0;
-  double* pSegments = pictrace::FitBezierChain(chain.data(), nRaw - 1, pictrace::kChainRawOutline, dTolerance, nSegments);
-  pPolygon->m_nLines = nSegments;
-  if (nSegments > 0 && pSegments) {
-    pPolygon->m_pLines = new CPTLine[nSegments];
-    for (int i = 0; i < nSegments; i++) {
-      const double* s = pSegments + 10 * i;
-      CPTLine& line = pPolygon->m_pLines[i];
-      line.m_nType = 1;
-      CPTPoint* pts[4] = {&line.m_ptStart, &line.m_ptCtrl1, &line.m_ptCtrl2, &line.m_ptEnd};
-      for (int k = 0; k < 4; k++) {
-        pts[k]->x = static_cast<float>(s[2 * k]);
-        pts[k]->y = static_cast<float>(nHeight - s[2 * k + 1]);
-      }
+// Curve output: the outline's closed curve from the tiling fit, one Bezier
+// line per cubic with y flipped to the top-down image frame.
+void BuildCurvePolygon(CPTPolygon* pPolygon, const std::vector<pictrace::curve::Cubic>& curve,
+                       int nHeight) {
+  pPolygon->m_nLines = static_cast<int>(curve.size());
+  if (curve.empty()) return;
+  pPolygon->m_pLines = new CPTLine[curve.size()];
+  for (size_t i = 0; i < curve.size(); i++) {
+    CPTLine& line = pPolygon->m_pLines[i];
+    line.m_nType = 1;
+    CPTPoint* pts[4] = {&line.m_ptStart, &line.m_ptCtrl1, &line.m_ptCtrl2, &line.m_ptEnd};
+    for (int k = 0; k < 4; k++) {
+      pts[k]->x = static_cast<float>(curve[i].p[k].x);
+      pts[k]->y = static_cast<float>(nHeight - curve[i].p[k].y);
     }
   }
-  delete[] pSegments;
 }
 
-void BuildPolygon(CPTPolygon*& pSlot, const sPoint* pPoints, int nPoints, const sPoint* pRaw,
-                  int nRaw, int nLineType, int nHeight, double dTolerance) {
-  delete pSlot;
-  pSlot = new CPTPolygon;
-  if (nLineType == 0)
-    BuildStraightPolygon(pSlot, pPoints, nPoints, nHeight);
-  else
-    BuildCurvePolygon(pSlot, pRaw, nRaw, nHeight, dTolerance);
+// Every outline and hole of the list in list order, holes after their
+// region's outline: the order the curves are numbered in.
+std::vector<pictrace::engine::OutlineChain> ChainsOf(const std::list<COutlineRegion*>& regions) {
+  std::vector<pictrace::engine::OutlineChain> chains;
+  for (const COutlineRegion* pRegion : regions) {
+    chains.push_back({pRegion->m_pRawPoints, pRegion->m_nRawPoints});
+    for (INT_PTR k = 0; k < pRegion->m_arrHoles.GetSize(); k++)
+      chains.push_back({pRegion->m_arrHoles[k]->m_pRawPoints, pRegion->m_arrHoles[k]->m_nRawPoints});
+  }
+  return chains;
 }
 
 // Copies an engine polygon into a host polygon, mapping every point (control
@@ -80,20 +71,38 @@ void MapPolygon(CPTPolygon& dst, const CPTPolygon* pSrc, const CRect& rc, double
 namespace pictrace {
 namespace engine {
 
-void BuildOutputPolygons(std::list<COutlineRegion*>& regions, int nColors, int nLineType,
+void BuildOutputPolygons(std::list<COutlineRegion*>& regions, int nColors, int nLineType, int nWidth,
                          int nHeight, double dTolerance, Progress& progress) {
   if (regions.empty()) return;
+  // Curves are fitted for all outlines at once, border by border, before
+  // they are handed out colour by colour.
+  std::unique_ptr<TilingCurves> curves;
+  if (nLineType != 0) curves.reset(new TilingCurves(ChainsOf(regions), nWidth, nHeight, dTolerance));
+  std::vector<size_t> firstChain;
+  size_t nChains = 0;
+  for (const COutlineRegion* pRegion : regions) {
+    firstChain.push_back(nChains);
+    nChains += 1 + static_cast<size_t>(pRegion->m_arrHoles.GetSize());
+  }
   const double span = progress.Span(PT_WEIGHT_POLYGONS);
   for (int c = 0; c < nColors; c++) {
     progress.ShowAt(span * (static_cast<double>(c) / nColors));
+    size_t r = 0;
     for (COutlineRegion* pRegion : regions) {
+      const size_t chain = firstChain[r++];
       if (pRegion->m_nColorIndex != c) continue;
-      BuildPolygon(pRegion->m_pPolygon, pRegion->m_pPoints, pRegion->m_nPoints,
-                   pRegion->m_pRawPoints, pRegion->m_nRawPoints, nLineType, nHeight, dTolerance);
-      for (INT_PTR k = 0; k < pRegion->m_arrHoles.GetSize(); k++) {
-        CHole* pHole = pRegion->m_arrHoles[k];
-        BuildPolygon(pHole->m_pPolygon, pHole->m_pPoints, pHole->m_nPoints, pHole->m_pRawPoints,
-                     pHole->m_nRawPoints, nLineType, nHeight, dTolerance);
+      const INT_PTR nHoles = pRegion->m_arrHoles.GetSize();
+      for (INT_PTR k = 0; k <= nHoles; k++) {
+        CHole* pHole = k == 0 ? nullptr : pRegion->m_arrHoles[k - 1];
+        CPTPolygon*& pSlot = pHole ? pHole->m_pPolygon : pRegion->m_pPolygon;
+        delete pSlot;
+        pSlot = new CPTPolygon;
+        if (curves)
+          BuildCurvePolygon(pSlot, curves->OutlineCurve(chain + static_cast<size_t>(k)), nHeight);
+        else if (pHole)
+          BuildStraightPolygon(pSlot, pHole->m_pPoints, pHole->m_nPoints, nHeight);
+        else
+          BuildStraightPolygon(pSlot, pRegion->m_pPoints, pRegion->m_nPoints, nHeight);
       }
     }
   }
@@ -142,7 +151,8 @@ void CollectRegions(const std::list<COutlineRegion*>& regions, int nColors, cons
 void CPictrace::CreateOutputPolygon(int nLineType) {
   pictrace::Progress progress = JobProgress();
   pictrace::engine::BuildOutputPolygons(m_listOutlineRegions, static_cast<int>(m_arrColorList.GetSize()),
-                                        nLineType, m_bmiHeader.biHeight, m_dCurveTolerance, progress);
+                                        nLineType, m_bmiHeader.biWidth, m_bmiHeader.biHeight,
+                                        m_dCurveTolerance, progress);
 }
 
 void CPictrace::GetRegions(CPTRegions* pRegions, int nLineType) {

@@ -15,9 +15,10 @@ namespace engine {
 
 // Rebuilds the polygons of the regions (and their holes) colour by colour,
 // nColors colours in list order: straight lines for line type 0, fitted
-// curves within dTolerance pixels otherwise. The stage advances progress by
-// its weight.
-void BuildOutputPolygons(std::list<COutlineRegion*>& regions, int nColors, int nLineType,
+// curves within dTolerance pixels otherwise, fitted border by border over the
+// whole list (a picture of nWidth x nHeight pixels) so that neighbours share
+// their curves. The stage advances progress by its weight.
+void BuildOutputPolygons(std::list<COutlineRegion*>& regions, int nColors, int nLineType, int nWidth,
                          int nHeight, double dTolerance, Progress& progress);
 
 // Fills pRegions with the regions that are not skipped, colour by colour,

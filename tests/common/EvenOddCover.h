@@ -17,6 +17,29 @@ struct Edge {
   double x0, y0, x1, y1;
 };
 
+struct Point {
+  double x, y;
+};
+
+// A line of a polygon as n + 1 points from its start to its end: a Bezier
+// line evaluated at n even steps, computed from the smaller end point so that
+// the line walked backwards gives the same points in reverse.
+template <class Line>
+std::vector<Point> FlattenLine(const Line& l, int n) {
+  Point p[4] = {{l.m_ptStart.x, l.m_ptStart.y}, {l.m_ptCtrl1.x, l.m_ptCtrl1.y},
+                {l.m_ptCtrl2.x, l.m_ptCtrl2.y}, {l.m_ptEnd.x, l.m_ptEnd.y}};
+  const bool flip = p[3].x < p[0].x || (p[3].x == p[0].x && p[3].y < p[0].y);
+  if (flip) std::swap(p[0], p[3]), std::swap(p[1], p[2]);
+  std::vector<Point> out;
+  for (int k = 0; k <= n; k++) {
+    double t = static_cast<double>(k) / n, s = 1.0 - t;
+    double b0 = s * s * s, b1 = 3 * s * s * t, b2 = 3 * s * t * t, b3 = t * t * t;
+    out.push_back({b0 * p[0].x + b1 * p[1].x + b2 * p[2].x + b3 * p[3].x, b0 * p[0].y + b1 * p[1].y + b2 * p[2].y + b3 * p[3].y});
+  }
+  if (flip) std::reverse(out.begin(), out.end());
+  return out;
+}
+
 // Which side of a crossing at xe a pixel centre lying exactly on it falls.
 enum class OnCrossing {
   kRightOnly,  // a crossing at xe counts for centres px > xe

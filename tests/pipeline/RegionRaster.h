@@ -1,7 +1,10 @@
 // Exact coverage of straight-line regions on the pixel grid (see
 // common/EvenOddCover.h), a crossing at xe counting for centres px > xe. A
 // polygon whose last line does not end where its first starts is closed by
-// an implied edge, as SVG's "Z" and GDI's PT_CLOSEFIGURE close it.
+// an implied edge, as SVG's "Z" and GDI's PT_CLOSEFIGURE close it. Bezier
+// lines are followed as 32 straight pieces each, taken in the direction of
+// the smaller end point, so that a curve and its reverse give the very same
+// pieces.
 #pragma once
 
 #include <algorithm>
@@ -32,6 +35,12 @@ inline Coverage RasterizeRegions(const CPTRegions& regions, int width, int heigh
       for (int i = 0; poly.m_nLines > 0 && i <= poly.m_nLines; i++) {  // i == m_nLines: the closing edge
         const CPTPoint& a = i < poly.m_nLines ? poly.m_pLines[i].m_ptStart : poly.m_pLines[poly.m_nLines - 1].m_ptEnd;
         const CPTPoint& b = i < poly.m_nLines ? poly.m_pLines[i].m_ptEnd : poly.m_pLines[0].m_ptStart;
+        if (i < poly.m_nLines && poly.m_pLines[i].m_nType == 1) {
+          std::vector<testimg::Point> pts = testimg::FlattenLine(poly.m_pLines[i], 32);
+          for (size_t k = 1; k < pts.size(); k++)
+            edges.push_back({(pts[k - 1].x - ox) / sx, (pts[k - 1].y - oy) / sy, (pts[k].x - ox) / sx, (pts[k].y - oy) / sy});
+          continue;
+        }
         edges.push_back({(a.x - ox) / sx, (a.y - oy) / sy, (b.x - ox) / sx, (b.y - oy) / sy});
       }
     }
