@@ -38,7 +38,11 @@ TilingCurves::TilingCurves(const std::vector<OutlineChain>& chains, int width, i
   const size_t n = graph_.borders.size();
   std::vector<Plan> plans(n);
   fits_.resize(n);
-  for (size_t b = 0; b < n; b++) fits_[b] = Fit(graph_.borders[b], plans[b]);
+  flipped_.assign(n, 0);
+  for (size_t b = 0; b < n; b++) {
+    flipped_[b] = Canonical(graph_.borders[b]);
+    fits_[b] = Fit(graph_.borders[b], plans[b]);
+  }
   // After the first search only pairs with a changed border can have begun
   // or stopped crossing.
   std::vector<char> suspects;
@@ -51,6 +55,7 @@ TilingCurves::TilingCurves(const std::vector<OutlineChain>& chains, int width, i
     std::vector<char> changed(n, 0);
     for (size_t b = 0; b < n; b++)
       if (!places[b].empty()) changed[b] = Mend(graph_.borders[b], plans[b], places[b], round >= kMaxRounds);
+
     bool any = false;
     for (size_t b = 0; b < n; b++) {
       if (!changed[b]) continue;
@@ -62,6 +67,30 @@ TilingCurves::TilingCurves(const std::vector<OutlineChain>& chains, int width, i
     if (!any) break;
     suspects.swap(changed);
   }
+}
+
+// Turns the border's run into the one form both neighbours agree on,
+// whichever of them entered it first: an open run starts at its smaller end
+// (a run that ends where it starts: towards its smaller second point), a
+// ring starts at its smallest point towards the smaller of that point's
+// neighbours. True when the run was walked backwards to get there.
+bool TilingCurves::Canonical(Border& b) {
+  std::vector<sPoint>& r = b.run;
+  const size_t m = r.size();
+  if (m < 3) return false;
+  auto before = [](sPoint a, sPoint c) { return a.x < c.x || (a.x == c.x && a.y < c.y); };
+  if (!b.closed) {
+    bool flip = r[0] == r[m - 1] ? before(r[m - 2], r[1]) : before(r[m - 1], r[0]);
+    if (flip) std::reverse(r.begin(), r.end());
+    return flip;
+  }
+  size_t first = 0;
+  for (size_t i = 1; i < m; i++)
+    if (before(r[i], r[first])) first = i;
+  std::rotate(r.begin(), r.begin() + static_cast<long>(first), r.end());
+  bool flip = before(r[m - 1], r[1]);
+  if (flip) std::reverse(r.begin() + 1, r.end());
+  return flip;
 }
 
 void TilingCurves::PieceOf(const Border& b, const Plan& plan, int i, int& start, int& end) {
@@ -204,7 +233,7 @@ std::vector<Cubic> TilingCurves::OutlineCurve(size_t i) const {
   }
   for (const BorderStep& step : graph_.outlines[i]) {
     const std::vector<Cubic>& fit = fits_[step.border];
-    if (step.reversed) {
+    if (step.reversed != (flipped_[step.border] != 0)) {
       std::vector<Cubic> back = curve::ReversedCurve(fit);
       out.insert(out.end(), back.begin(), back.end());
     } else {

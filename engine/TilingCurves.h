@@ -46,7 +46,10 @@ class TilingCurves {
 
   std::vector<OutlineChain> chains_;
   BorderGraph graph_;
-  std::vector<std::vector<curve::Cubic>> fits_;
+  static bool Canonical(Border& b);
+
+  std::vector<std::vector<curve::Cubic>> fits_;  // in each border's canonical form
+  std::vector<char> flipped_;  // the canonical form walks the border backwards
   double tolerance_;
   int mended_ = 0;
 };

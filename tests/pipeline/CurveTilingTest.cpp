@@ -16,6 +16,10 @@
 
 #include "common/TestImages.h"
 #include "core/OutlineRecords.h"
+#include "core/Progress.h"
+#include "engine/BorderGraph.h"
+#include "engine/RegionOutput.h"
+#include "outline/OutlineKit.h"
 #include "pipeline/RegionRaster.h"
 
 namespace {
@@ -135,6 +139,24 @@ int Nodes(const CPTRegions& regions) {
   return n;
 }
 
+using LineKey = std::array<float, 8>;
+
+// Each region's Bezier lines, sorted, keyed by the region's place in the
+// list as first traced.
+std::map<const COutlineRegion*, std::vector<LineKey>> LinesByRegion(const std::list<COutlineRegion*>& regions) {
+  std::map<const COutlineRegion*, std::vector<LineKey>> out;
+  for (const COutlineRegion* r : regions)
+    for (INT_PTR k = -1; k < r->m_arrHoles.GetSize(); k++) {
+      const CPTPolygon* p = k < 0 ? r->m_pPolygon : r->m_arrHoles[k]->m_pPolygon;
+      for (int i = 0; p && i < p->m_nLines; i++) {
+        const CPTLine& l = p->m_pLines[i];
+        out[r].push_back({l.m_ptStart.x, l.m_ptStart.y, l.m_ptCtrl1.x, l.m_ptCtrl1.y, l.m_ptCtrl2.x, l.m_ptCtrl2.y, l.m_ptEnd.x, l.m_ptEnd.y});
+      }
+      std::sort(out[r].begin(), out[r].end());
+    }
+  return out;
+}
+
 class CurveTiling : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(CurveTiling, TilesSharesBordersAndStaysFaithful) {
@@ -171,11 +193,98 @@ TEST_P(CurveTiling, TilesSharesBordersAndStaysFaithful) {
     EXPECT_LE(changed, 0.02 * w * h);
   }
   Outlines o(e);
+  // The same curves when the regions come in the other order (crossings were
+  // mended on these pictures, which must not depend on it either).
+  auto lines = LinesByRegion(e.m_listOutlineRegions);
+  e.m_listOutlineRegions.reverse();
+  pictrace::Progress silent;
+  pictrace::engine::BuildOutputPolygons(e.m_listOutlineRegions, static_cast<int>(e.m_arrColorList.GetSize()), 1, w, h, e.m_dCurveTolerance, silent);
+  EXPECT_TRUE(LinesByRegion(e.m_listOutlineRegions) == lines);
   EXPECT_EQ(UnsharedLines(e), 0);
   EXPECT_EQ(Crossings(o.pieces), 0);
   double worst = WorstRawDistance(o, h);
   std::printf("[ curves ] worst traced point %.3f px from its curve\n", worst);
   EXPECT_LE(worst, e.m_dCurveTolerance + 0.01);
+}
+
+// Hand-made pictures (rows from the bottom, each character a 3 x 3 block
+// unless the picture is marked fine, since regions of 4 pixels or less are
+// cleaned up), traced by the outline stage at tolerance 0, curves built at
+// tolerance 1: the border split, the points every outline through them must
+// keep (in characters, top-down), and the tiling checks.
+TEST(CurveTiling, HandMadeBordersAndJunctions) {
+  struct Case {
+    const char* name;
+    std::vector<const char*> rows;
+    bool fine;
+    int borders;                   // -1: not counted by hand
+    std::vector<Point> junctions;  // kept exactly by every outline through them
+  } cases[] = {
+      // 3 frame borders a square, one shared between (2,0) and (2,2).
+      {"two squares", {"..##", "..##"}, false, 7, {{2, 0}, {2, 2}}},
+      // 4 frame borders; the hole and the inner square are one closed border.
+      {"ring", {"....", ".##.", ".##.", "...."}, false, 5, {{0, 0}, {4, 0}, {4, 4}, {0, 4}}},
+      // 7 frame borders, 3 shared ones from (2,2).
+      {"three at a point", {"rrgg", "rrgg", "rrbb", "rrbb"}, false, 10, {{2, 2}, {2, 0}, {2, 4}, {4, 2}}},
+      // 8 frame borders, 4 shared ones from the middle.
+      {"four at a corner", {"rrgg", "rrgg", "bbyy", "bbyy"}, false, 12, {{2, 2}}},
+      {"diagonal pairs", {"..##", "..##", "##..", "##.."}, false, -1, {{2, 2}}},
+      // A staircase strip a pixel wide between two regions: its two borders
+      // are a pixel apart and must not cross. Frame: 3 for the strip (the
+      // corner at (0,0) cuts one), 2 for each other region; 2 shared.
+      {"strip", {"##rrrrrrrrrr", "g##rrrrrrrrr", "gg##rrrrrrrr", "ggg##rrrrrrr", "gggg##rrrrrr", "ggggg##rrrrr",
+                 "gggggg##rrrr", "ggggggg##rrr", "gggggggg##rr", "ggggggggg##r"}, true, 10, {}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const int k = c.fine ? 1 : 3;
+    OutlineEngine e;
+    e.Load(k * static_cast<int>(std::strlen(c.rows[0])), k * static_cast<int>(c.rows.size()),
+           [&](int x, int row) { return TextColor(c.rows[row / k][x / k]); });
+    ASSERT_EQ(e.GetOutline4Cartoon2(0.0, nullptr), 1);
+    const int w = e.m_bmiHeader.biWidth, h = e.m_bmiHeader.biHeight;
+    std::vector<pictrace::engine::OutlineChain> chains;
+    for (COutlineRegion* r : e.m_listOutlineRegions) {
+      r->m_nColorIndex = 0;
+      chains.push_back({r->m_pRawPoints, r->m_nRawPoints});
+      for (INT_PTR i = 0; i < r->m_arrHoles.GetSize(); i++) chains.push_back({r->m_arrHoles[i]->m_pRawPoints, r->m_arrHoles[i]->m_nRawPoints});
+    }
+    if (c.borders >= 0) {
+      EXPECT_EQ(pictrace::engine::SplitIntoBorders(chains, w, h).borders.size(), static_cast<size_t>(c.borders));
+    }
+    pictrace::Progress silent;
+    pictrace::engine::BuildOutputPolygons(e.m_listOutlineRegions, 1, 1, w, h, 1.0, silent);
+    CPTRegions out;
+    pictrace::engine::CollectRegions(e.m_listOutlineRegions, 1, CRect(0, 0, w, h), w, h, &out);
+    auto fine = pipetest::RasterizeRegions(out, 4 * w, 4 * h, 0, 0, 0.25, 0.25);
+    EXPECT_EQ(std::make_tuple(fine.Uncovered(), fine.CoveredTwice()), std::make_tuple(0, 0));
+    EXPECT_EQ(UnsharedLines(e), 0);
+    EXPECT_EQ(Crossings(Outlines(e).pieces), 0);
+    for (Point j : c.junctions)
+      for (int r = 0; r < out.m_nRegions; r++)
+        for (int q = 0; q < out.m_pRegions[r].m_nPolygons; q++) {
+          const CPTPolygon& p = out.m_pRegions[r].m_pPolygons[q];
+          bool passes = false, kept = false;
+          for (int i = 0; i < p.m_nLines; i++) {
+            std::vector<Point> pts = testimg::FlattenLine(p.m_pLines[i], 64);
+            for (const Point& q : pts) passes = passes || std::hypot(q.x - k * j.x, q.y - k * j.y) < 0.01;
+            kept = kept || (p.m_pLines[i].m_ptEnd.x == k * j.x && p.m_pLines[i].m_ptEnd.y == k * j.y);
+          }
+          EXPECT_EQ(passes, kept) << "region " << r << " polygon " << q << " at " << j.x << "," << j.y;
+        }
+    // Curves on the frame stay on it: the picture's corners are kept and no
+    // point of a curve leaves the picture.
+    for (int r = 0; r < out.m_nRegions; r++)
+      for (int q = 0; q < out.m_pRegions[r].m_nPolygons; q++)
+        for (int i = 0; i < out.m_pRegions[r].m_pPolygons[q].m_nLines; i++)
+          for (const Point& pt : testimg::FlattenLine(out.m_pRegions[r].m_pPolygons[q].m_pLines[i], 16))
+            EXPECT_TRUE(pt.x >= 0 && pt.y >= 0 && pt.x <= w && pt.y <= h) << pt.x << "," << pt.y;
+    // The same curves when the regions come in the other order.
+    auto before = LinesByRegion(e.m_listOutlineRegions);
+    e.m_listOutlineRegions.reverse();
+    pictrace::engine::BuildOutputPolygons(e.m_listOutlineRegions, 1, 1, w, h, 1.0, silent);
+    EXPECT_TRUE(LinesByRegion(e.m_listOutlineRegions) == before);
+  }
 }
 
 std::vector<std::string> Pictures() {
