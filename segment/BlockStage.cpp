@@ -83,11 +83,12 @@ int CPictrace::GetBlockRegions() {
     RemovingDecrease(d);
     // Only the low 32 bits of the limit take part in the comparisons.
     const DWORD limit = static_cast<DWORD>(s_nBlockSizeLimit);
-    GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, limit, [&](CRegion* a) {
-      CombineRegion(a);
-      a->m_fDecrease = 0.0f;
-      UpdateRemovingDecrease(a, d);
-    });
+    GrowSteps steps{[&](CRegion* a) {
+                      CombineRegion(a);
+                      RefreshOwnValues(a, d);
+                    },
+                    RefreshLinksBack};
+    GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, limit, steps);
     count -= static_cast<long long>(done.merges);
     if (std::fabs(s - s_nBlockScale) < 0.6) {
       const long long longer = w >= h ? w : h;

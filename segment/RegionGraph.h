@@ -102,6 +102,13 @@ inline void AppendRegion(CRegion*& pHead, CRegion*& pLast, CRegion* pRegion) {
   pLast = pRegion;
 }
 
+// UpdateRemovingDecrease in two halves: the region's own links are valued
+// and its best picked (from a zero value); then every neighbour's link back
+// takes the value of the region's link to it and the neighbour re-picks its
+// best among the values it holds.
+void RefreshOwnValues(CRegion* pRegion, double dFactor);
+void RefreshLinksBack(CRegion* pRegion);
+
 // Frees a whole region list, reading each successor before deleting.
 void DeleteRegionList(CRegion* pHead);
 

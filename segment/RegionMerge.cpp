@@ -111,6 +111,40 @@ void CPictrace::UpdateRemovingDecrease(CRegion* pRegion, double dFactor) {
   }
 }
 
+// The two halves of UpdateRemovingDecrease, for a caller that lets a region
+// grow several times before its neighbours look at it: the values of the
+// neighbours' other links do not depend on the grown region, so refreshing
+// them once with its last values leaves what a refresh after every merge
+// leaves.
+void RefreshOwnValues(CRegion* pRegion, double dFactor) {
+  const SmallRegionBonus& bonus = Bonus();
+  pRegion->m_fDecrease = 0.0f;
+  for (CNodeNeighbor* l = pRegion->m_pNeighbors; l; l = l->m_pNext) {
+    if (l->m_pNext) PrefetchNode(&l->m_pNext->m_pRegion->m_nSize);
+    float v = MergeValue(bonus, pRegion, l, dFactor);
+    l->m_fDecrease = v;
+    if (v < pRegion->m_fDecrease) {
+      pRegion->m_pBestNeighbor = l;
+      pRegion->m_fDecrease = v;
+    }
+  }
+}
+
+void RefreshLinksBack(CRegion* pRegion) {
+  for (CNodeNeighbor* l = pRegion->m_pNeighbors; l; l = l->m_pNext) {
+    if (l->m_pNext) PrefetchNode(l->m_pNext->m_pRegion->m_pNeighbors);
+    CRegion* x = l->m_pRegion;
+    x->m_fDecrease = 0.0f;
+    for (CNodeNeighbor* xl = x->m_pNeighbors; xl; xl = xl->m_pNext) {
+      if (xl->m_pRegion == pRegion) xl->m_fDecrease = l->m_fDecrease;
+      if (xl->m_fDecrease < x->m_fDecrease) {
+        x->m_pBestNeighbor = xl;
+        x->m_fDecrease = xl->m_fDecrease;
+      }
+    }
+  }
+}
+
 double CPictrace::CombineRegion(CRegion* pRegion) {
   CRegion* a = pRegion;
   CNodeNeighbor* best = a->m_pBestNeighbor;
