@@ -9,6 +9,7 @@
 #include "segment/BlockScale.h"
 #include "segment/EdgeMap.h"
 #include "segment/GreedyMerge.h"
+#include "segment/GrowthIndex.h"
 #include "segment/MergeIndex.h"
 #include "segment/RegionGraph.h"
 #include "segment/SafeConvert.h"
@@ -22,6 +23,7 @@ const int kLastScale = 400;       // the stage never extends beyond this
 const double kScaleStep = 0.2;
 const int kRegionsToStop = 1000;  // more regions than this extend the stage
 const int kBlockedPerSide = 10;   // ... as do more size skips than this times the longer side
+const int kIndexedLinks = 64;     // links from which a growing region is indexed
 }  // namespace
 
 namespace {
@@ -70,6 +72,7 @@ int CPictrace::GetBlockRegions() {
   long long count = count0;
   double step = kScaleStep, s = 1.0;
   RegionPositions positions(m_pRegionHead);  // for the whole stage
+  GrowthIndex run;
   const pictrace::Progress progress = JobProgress();
   const double stageWeight = progress.Span(PT_WEIGHT_BLOCK);
   while (s <= s_nBlockScale && s_nBlockScale < kLastScale) {
@@ -83,11 +86,23 @@ int CPictrace::GetBlockRegions() {
     RemovingDecrease(d);
     // Only the low 32 bits of the limit take part in the comparisons.
     const DWORD limit = static_cast<DWORD>(s_nBlockSizeLimit);
+    // A region with many links that stays negative after growing is
+    // likely to grow again: its links are indexed for the rest of the run.
     GrowSteps steps{[&](CRegion* a) {
+                      if (run.Holds(a)) return run.Grow(m_pRegionHead, d);
                       CombineRegion(a);
                       RefreshOwnValues(a, d);
+                      int links = 0;
+                      for (const CNodeNeighbor* l = a->m_pNeighbors; l && links < kIndexedLinks; l = l->m_pNext) links++;
+                      if (a->m_fDecrease < 0.0f && links >= kIndexedLinks) run.Build(a);
                     },
-                    RefreshLinksBack};
+                    [&](CRegion* a) {
+                      if (run.Holds(a)) {
+                        RefreshOwnValues(a, d);
+                        run.Clear();
+                      }
+                      RefreshLinksBack(a);
+                    }};
     GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, limit, steps);
     count -= static_cast<long long>(done.merges);
     if (std::fabs(s - s_nBlockScale) < 0.6) {
