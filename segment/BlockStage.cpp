@@ -14,8 +14,8 @@
 #include "segment/RegionGraph.h"
 #include "segment/SafeConvert.h"
 
-int s_nBlockScale = 0;
-std::uint64_t s_nBlockSizeLimit = 8;
+thread_local int s_nBlockScale = 0;
+thread_local std::uint64_t s_nBlockSizeLimit = 8;
 
 namespace {
 const int kFirstScale = 5;

@@ -9,6 +9,7 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "SegEngine.h"
@@ -127,5 +128,23 @@ TEST_P(HardPicturesLock, SameResultsAsRecorded) {
 
 INSTANTIATE_TEST_SUITE_P(Pictures, HardPicturesLock, ::testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// The block scale is kept per thread: two engines segmenting different
+// pictures at once, each on its own thread, give what each gives alone.
+TEST(BlockScale, TwoThreadsAtOnceAsEachAlone) {
+  const std::vector<unsigned char> pictures[2] = {Dithered(testimg::ExamplePath("astronaut.png"), 200 * 200),
+                                                  DriftingCheckerboard(150, 150)};
+  const Lock alone[2] = {Measure(pictures[0]), Measure(pictures[1])};
+  ASSERT_NE(alone[0][0], alone[1][0]);  // the two end at different scales
+  Lock together[2][3];
+  auto run = [&](int k) {
+    for (Lock& l : together[k]) l = Measure(pictures[k]);
+  };
+  std::thread first(run, 0), second(run, 1);
+  first.join();
+  second.join();
+  for (int k = 0; k < 2; k++)
+    for (const Lock& l : together[k]) EXPECT_EQ(l, alone[k]) << "picture " << k;
+}
 
 }  // namespace
