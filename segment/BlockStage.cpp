@@ -1,5 +1,6 @@
 // The block stage: edge map, seed regions, and merging under a slowly rising
 // scale with a size limit, ending with a saved copy of the regions.
+#include <chrono>
 #include <cmath>
 #include <vector>
 
@@ -40,6 +41,24 @@ double* SamplePlane(const unsigned char* pBits, size_t stride, int w, int h, int
 
 }  // namespace
 
+void CPictrace::SetTimeLimit(double dSeconds) {
+  m_bStopped = 0;
+  m_dStopTime = 0.0;
+  if (dSeconds > 0.0)
+    m_dStopTime = std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count() + dSeconds;
+}
+
+int CPictrace::IsStopped() { return m_bStopped; }
+
+int CPictrace::GetSeedRegionCount() { return m_nSeedRegions; }
+
+bool CPictrace::TimeIsUp() {
+  if (!m_bStopped && m_dStopTime > 0.0 &&
+      std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count() >= m_dStopTime)
+    m_bStopped = 1;
+  return m_bStopped != 0;
+}
+
 std::uint64_t BlockSizeLimitAt(double s) {
   double v = std::pow(2.0, s) * 16;
   if (!(v < 18446744073709551616.0)) return 0;
@@ -70,12 +89,15 @@ int CPictrace::GetBlockRegions() {
   long long count0 = 0;
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) count0++;
   long long count = count0;
+  m_nSeedRegions = static_cast<int>(count0);
   double step = kScaleStep, s = 1.0;
   RegionPositions positions(m_pRegionHead);  // for the whole stage
   GrowthIndex run;
   const pictrace::Progress progress = JobProgress();
   const double stageWeight = progress.Span(PT_WEIGHT_BLOCK);
+  unsigned checks = 0;  // the clock is read every 1024 merge steps
   while (s <= s_nBlockScale && s_nBlockScale < kLastScale) {
+    if (TimeIsUp()) return 0;  // partial regions are not saved
     progress.ShowAt(stageWeight * (1.0 - static_cast<double>(count) / count0));
     const double d = s * s * std::sqrt(s);
     s_nBlockSizeLimit = BlockSizeLimitAt(s);
@@ -102,7 +124,8 @@ int CPictrace::GetBlockRegions() {
                         run.Clear();
                       }
                       RefreshLinksBack(a);
-                    }};
+                    },
+                    [&] { return m_bStopped || ((++checks & 1023) == 0 && TimeIsUp()); }};
     GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, limit, steps);
     count -= static_cast<long long>(done.merges);
     if (std::fabs(s - s_nBlockScale) < 0.6) {

@@ -94,6 +94,7 @@ GreedyCounts MergeFirstFitIndexed(RegionPositions& pos, CRegion* const& pHead, D
   };
 
   WalkFromHead(pos, pHead, [&](int& p) -> CRegion* {
+    if (steps.stop && steps.stop()) return nullptr;
     int q = qualifies.FindNth(qualifies.CountBelow(p) + 1);  // n when none
     counts.blocked += static_cast<std::uint64_t>(blocked.CountBelow(q) - blocked.CountBelow(p));
     if (q >= n) return nullptr;

@@ -40,6 +40,7 @@ struct GreedyCounts {
 struct GrowSteps {
   MergeStep grow;
   MergeStep settle;
+  std::function<bool()> stop;  // when set and true, the scale ends early
 };
 
 // Block stage: a region qualifies when its value is negative and both it

@@ -56,7 +56,7 @@ TEST(GreedyLoops, HandWorkedOrdersForLiteralAndIndexed) {
         a->m_fDecrease = 0.0f;
       };
       RegionPositions pos(e.m_pRegionHead);
-      GreedyCounts n = c.firstFit ? (indexed ? MergeFirstFitIndexed(pos, e.m_pRegionHead, c.limit, {record, [](CRegion*) {}})
+      GreedyCounts n = c.firstFit ? (indexed ? MergeFirstFitIndexed(pos, e.m_pRegionHead, c.limit, {record, [](CRegion*) {}, nullptr})
                                              : MergeFirstFitScan(e.m_pRegionHead, c.limit, record))
                                   : (indexed ? MergeGlobalMinIndexed(pos, e.m_pRegionHead, record)
                                              : MergeGlobalMinScan(e.m_pRegionHead, record));
@@ -82,7 +82,7 @@ MergeStep Step(SegEngine& e, double d) {
 
 // The block stage's split step: the grown region's neighbours settle after its last merge in a row.
 GrowSteps Split(SegEngine& e, double d) {
-  return {[&e, d](CRegion* a) { e.CombineRegion(a), RefreshOwnValues(a, d); }, RefreshLinksBack};
+  return {[&e, d](CRegion* a) { e.CombineRegion(a), RefreshOwnValues(a, d); }, RefreshLinksBack, nullptr};
 }
 
 // The indexed loops must pick the same candidates and count the same skips

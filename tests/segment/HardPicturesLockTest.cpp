@@ -147,4 +147,18 @@ TEST(BlockScale, TwoThreadsAtOnceAsEachAlone) {
     for (const Lock& l : together[k]) EXPECT_EQ(l, alone[k]) << "picture " << k;
 }
 
+// A segmentation past its time limit stops before merging, saves nothing
+// and leaves no outlines; without a limit the same engine runs through.
+TEST(TimeLimit, StopsAndSavesNothingThenRunsWithoutIt) {
+  SegEngine e;
+  e.Load(Checkerboard(40, 30));
+  e.SetTimeLimit(1e-9);
+  e.DoSegmentation(8, nullptr, 1.0, 0, nullptr);
+  EXPECT_TRUE(e.IsStopped() && !e.HasOutlines() && !e.m_pBlockRegions);
+  EXPECT_EQ(e.GetSeedRegionCount(), 40 * 30);
+  e.SetTimeLimit(0);
+  e.DoSegmentation(8, nullptr, 1.0, 0, nullptr);
+  EXPECT_TRUE(!e.IsStopped() && e.HasOutlines() && e.m_pBlockRegions);
+}
+
 }  // namespace
