@@ -1,13 +1,10 @@
-// Regression lock on the pictures that made the block stage's greedy merge
-// slow: a one-pixel checkerboard (square and not), uniform noise and
-// Floyd-Steinberg dithered photographs, small enough to run in a moment.
-// The digests were recorded before the merge was indexed for such pictures;
-// they cover the block scale, the saved block regions with every link
-// value and weak-edge count, the final regions and the repainted picture.
+// Lock on small versions of the pictures that made the block stage slow
+// (one-pixel checkerboards, noise, dithered photographs), recorded before
+// the merge was indexed for them: block scale, region count, saved block
+// regions with every link value and weak count, final regions, picture.
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cmath>
 #include <string>
 #include <thread>
 #include <vector>
@@ -26,8 +23,6 @@ struct Fnv {
     return *this;
   }
 };
-
-// Block scale, region count, saved block regions, final regions, picture.
 using Lock = std::array<std::uint64_t, 5>;
 
 Lock Measure(const std::vector<unsigned char>& dib) {
@@ -46,18 +41,14 @@ Lock Measure(const std::vector<unsigned char>& dib) {
   for (unsigned char c : e.WorkPixels()) picture.Add(c);
   return {std::uint64_t(s_nBlockScale), std::uint64_t(e.RegionCount()), saved.h, regions.h, picture.h};
 }
-
 std::vector<unsigned char> Checkerboard(int w, int h) {
   return testimg::MakeDib24(w, h, [](int x, int row) { return (x + row) % 2 ? RGB(255, 255, 255) : RGB(0, 0, 0); });
 }
-
-// Two colours in a one-pixel checkerboard, each drifting slowly across the picture.
+// Two colours in a one-pixel checkerboard, each drifting across the picture.
 std::vector<unsigned char> DriftingCheckerboard(int w, int h) {
-  return testimg::MakeDib24(w, h, [](int x, int row) {
-    return (x + row) % 2 ? RGB(255, 2 * x, 255 - row) : RGB(3 * row, 0, x);
-  });
+  return testimg::MakeDib24(w, h,
+                            [](int x, int r) { return (x + r) % 2 ? RGB(255, 2 * x, 255 - r) : RGB(3 * r, 0, x); });
 }
-
 std::vector<unsigned char> Noise(int w, int h) {
   std::uint32_t state = 14;
   return testimg::MakeDib24(w, h, [&](int, int) {
@@ -65,7 +56,6 @@ std::vector<unsigned char> Noise(int w, int h) {
     return static_cast<COLORREF>(state >> 8);
   });
 }
-
 // A picture box-resampled to about `pixels`, its luma dithered to black and
 // white with Floyd-Steinberg weights.
 std::vector<unsigned char> Dithered(const std::string& path, double pixels) {
@@ -83,10 +73,7 @@ std::vector<unsigned char> Dithered(const std::string& path, double pixels) {
   };
   return testimg::MakeDib24(w, h, [&](int x, int row) {  // called row by row, x ascending
     double v = luma[static_cast<size_t>(row) * w + x], q = v >= 128 ? 255 : 0;
-    spread(x + 1, row, (v - q) * 7 / 16);
-    spread(x - 1, row + 1, (v - q) * 3 / 16);
-    spread(x, row + 1, (v - q) * 5 / 16);
-    spread(x + 1, row + 1, (v - q) / 16);
+    for (int k = 0; k < 4; k++) spread(x + (k ? k - 2 : 1), row + (k ? 1 : 0), (v - q) * "\7\3\5\1"[k] / 16);
     return q ? RGB(255, 255, 255) : RGB(0, 0, 0);
   });
 }
@@ -96,7 +83,6 @@ struct Case {
   std::vector<unsigned char> (*make)();
   Lock want;
 };
-
 const Case kCases[] = {
     {"checker64", [] { return Checkerboard(64, 64); },
      {22, 1, 0x24733109ca88e2d4ull, 0xfa0aef51488c9cd5ull, 0x2c37f79435939325ull}},
@@ -106,18 +92,11 @@ const Case kCases[] = {
      {15, 265, 0x8c01d0ad76b175baull, 0x9b4dbd4222265655ull, 0x85b1db5652fb5443ull}},
     {"noise64", [] { return Noise(64, 64); },
      {12, 870, 0xd1419d62ed6f8c06ull, 0x5a2ca99f9b0df985ull, 0x1c5313333f04ff0eull}},
-    {"noise100x60", [] { return Noise(100, 60); },
-     {13, 891, 0xcfc4ecb9a9a86313ull, 0xd1a549f00378b705ull, 0xa334b2ee626a2b6dull}},
-    {"dither_astronaut", [] { return Dithered(testimg::ExamplePath("astronaut.png"), 128 * 128); },
-     {27, 585, 0x1361954518d5ed01ull, 0xa0961758ad1d7235ull, 0x57a361bebc5a8a0eull}},
     {"dither_astronaut200", [] { return Dithered(testimg::ExamplePath("astronaut.png"), 200 * 200); },
      {29, 928, 0x4e37382d0a66ff11ull, 0xd2e615452b320245ull, 0xcdcf7235f34c09cdull}},
     {"dither_monkey", [] { return Dithered(testimg::ExamplePath("monkey_face.png"), 240 * 210); },
      {28, 334, 0x8efaf8d0b72e1d7eull, 0x107da6e803a5e7e5ull, 0x697401d2edefa71ull}},
-    {"dither_flag", [] { return Dithered(testimg::ExamplePath("flag_kr.png"), 200 * 133); },
-     {27, 47, 0xb79303e56244e3ccull, 0xcb0de4f3453c9aa5ull, 0x946b2ecc9ead87a9ull}},
 };
-
 class HardPicturesLock : public ::testing::TestWithParam<Case> {};
 
 TEST_P(HardPicturesLock, SameResultsAsRecorded) {
@@ -141,8 +120,7 @@ TEST(BlockScale, TwoThreadsAtOnceAsEachAlone) {
     for (Lock& l : together[k]) l = Measure(pictures[k]);
   };
   std::thread first(run, 0), second(run, 1);
-  first.join();
-  second.join();
+  first.join(), second.join();
   for (int k = 0; k < 2; k++)
     for (const Lock& l : together[k]) EXPECT_EQ(l, alone[k]) << "picture " << k;
 }
