@@ -7,6 +7,7 @@
 #include <iostream>
 #include <memory>
 
+#include "cli/CliGuards.h"
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
 #include "cli/ProgressBar.h"
@@ -39,6 +40,7 @@ struct TraceOptions {
   std::string background;  // SVG of the background regions
   bool dropBackground = false;     // leave the frame's background colour out
   std::vector<std::string> marks;  // "X,Y": toggle the region under that pixel
+  double timeLimit = 0;            // seconds; 0: none
 };
 
 // "X,Y" as two integers.
@@ -156,12 +158,14 @@ int RunTrace(const TraceOptions& o) {
 
   ProgressBarWnd bar(isatty(STDERR_FILENO) != 0, "tracing");
   engine.m_pProgressWnd = &bar;
+  engine.SetTimeLimit(o.timeLimit);
   engine.BeginProgress(o.denoise >= 0 ? 0 : 1);
   if (o.denoise >= 0) engine.NoiseReduction(o.denoise);
   CDWordArray colors;
   engine.DoSegmentation(o.colors, &colors, o.tolerance, o.noRetry ? 1 : 0, nullptr);
   engine.EndProgress();
   engine.m_pProgressWnd = nullptr;
+  if (!ReportGuards(engine, o.input, o.timeLimit)) return kExitFailure;
 
   if (!engine.HasOutlines()) return Fail(o.input + ": no regions were found");
   if (!table.empty()) engine.SetNearestThreadColorList(o.threadMode);
@@ -236,6 +240,9 @@ Command AddTraceCommand(CLI::App& parent) {
                   "X,Y: toggle the region under pixel X,Y (Y from the top) in or out of the output; "
                   "repeatable")
       ->allow_extra_args(false);
+  app->add_option("--time-limit", o->timeLimit,
+                  "stop with an error, writing nothing, when segmenting takes longer than SECONDS")
+      ->check(FiniteNumber(0.0, HUGE_VAL));
   return {app, [o]() { return RunTrace(*o); }};
 }
 

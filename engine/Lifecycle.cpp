@@ -34,7 +34,10 @@ CPictrace::CPictrace()
       m_pWorkBits(nullptr),
       m_pMask(nullptr),
       m_pOriginalDIB(nullptr),
-      m_dCurveTolerance(1.0) {
+      m_dCurveTolerance(1.0),
+      m_dStopTime(0.0),
+      m_bStopped(0),
+      m_nSeedRegions(0) {
   m_bmiHeader.biWidth = 0;
   m_bmiHeader.biHeight = 0;
   // CIE L* without its linear toe; the product is rounded to float before

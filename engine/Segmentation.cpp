@@ -79,6 +79,7 @@ void CPictrace::DoSegmentation(int nColors, CDWordArray* pColors, double dParam,
   }
 
   PyramidAlgo();
+  if (m_bStopped) return;  // out of time: the later stages are left out
 
   // The cartoon mask takes part in the first pass only; the result of the
   // last pass stands even when an earlier one came closer.

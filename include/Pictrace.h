@@ -66,6 +66,12 @@ class PICTRACE_API CPictrace {
   BITMAPINFOHEADER* GetBmpInfoHeader();
   void BeginProgress(int nKind);
   void EndProgress();
+  // Guards for a host that cannot wait for ever (segment/BlockStage.cpp):
+  // a segmentation still running dSeconds after this call stops at its next
+  // check, saves no block regions and skips the later stages (0: no limit).
+  void SetTimeLimit(double dSeconds);
+  int IsStopped();             // the last segmentation stopped at the time limit
+  int GetSeedRegionCount();    // regions the last block stage started from
 
   // --- image input and painting (engine/ImageInput.cpp, engine/ImagePaint.cpp)
   int SetDIBData(unsigned char* pDIB);
@@ -204,6 +210,9 @@ class PICTRACE_API CPictrace {
   // Additions of this platform, after the exported layout.
   std::list<COutlineRegion*> m_listBackgroundRegions;  // built by ExtractBackground
   double m_dCurveTolerance;                            // curve fitting tolerance, pixels (1.0)
+  double m_dStopTime;      // steady-clock seconds at which a segmentation stops; 0: never
+  int m_bStopped;          // the last segmentation stopped there
+  int m_nSeedRegions;      // seed regions of the last block stage
 
  protected:
   // --- lifecycle and progress
@@ -211,7 +220,8 @@ class PICTRACE_API CPictrace {
   void SetSatinWidth(double dWidth);
   void ShowProgress(int nPos);
   pictrace::Progress JobProgress();  // the job's position and total, shown through ShowProgress
-  void DeriveSatinWidth();  // the satin width rule shared by the rectangle and image input
+  void DeriveSatinWidth();
+  bool TimeIsUp();  // reads the clock; sets m_bStopped once the time limit has passed  // the satin width rule shared by the rectangle and image input
 
   // --- image input and painting
   int ConvertTo24(unsigned char* pSrc, unsigned char*& pDIB, unsigned char*& pBits,

@@ -1,5 +1,6 @@
 // The block stage: edge map, seed regions, and merging under a slowly rising
 // scale with a size limit, ending with a saved copy of the regions.
+#include <chrono>
 #include <cmath>
 #include <vector>
 
@@ -9,12 +10,13 @@
 #include "segment/BlockScale.h"
 #include "segment/EdgeMap.h"
 #include "segment/GreedyMerge.h"
+#include "segment/GrowthIndex.h"
 #include "segment/MergeIndex.h"
 #include "segment/RegionGraph.h"
 #include "segment/SafeConvert.h"
 
-int s_nBlockScale = 0;
-std::uint64_t s_nBlockSizeLimit = 8;
+thread_local int s_nBlockScale = 0;
+thread_local std::uint64_t s_nBlockSizeLimit = 8;
 
 namespace {
 const int kFirstScale = 5;
@@ -22,6 +24,7 @@ const int kLastScale = 400;       // the stage never extends beyond this
 const double kScaleStep = 0.2;
 const int kRegionsToStop = 1000;  // more regions than this extend the stage
 const int kBlockedPerSide = 10;   // ... as do more size skips than this times the longer side
+const int kIndexedLinks = 64;     // links from which a growing region is indexed
 }  // namespace
 
 namespace {
@@ -37,6 +40,24 @@ double* SamplePlane(const unsigned char* pBits, size_t stride, int w, int h, int
 }
 
 }  // namespace
+
+void CPictrace::SetTimeLimit(double dSeconds) {
+  m_bStopped = 0;
+  m_dStopTime = 0.0;
+  if (dSeconds > 0.0)
+    m_dStopTime = std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count() + dSeconds;
+}
+
+int CPictrace::IsStopped() { return m_bStopped; }
+
+int CPictrace::GetSeedRegionCount() { return m_nSeedRegions; }
+
+bool CPictrace::TimeIsUp() {
+  if (!m_bStopped && m_dStopTime > 0.0 &&
+      std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count() >= m_dStopTime)
+    m_bStopped = 1;
+  return m_bStopped != 0;
+}
 
 std::uint64_t BlockSizeLimitAt(double s) {
   double v = std::pow(2.0, s) * 16;
@@ -68,11 +89,15 @@ int CPictrace::GetBlockRegions() {
   long long count0 = 0;
   for (CRegion* r = m_pRegionHead; r; r = r->m_pNext) count0++;
   long long count = count0;
+  m_nSeedRegions = static_cast<int>(count0);
   double step = kScaleStep, s = 1.0;
   RegionPositions positions(m_pRegionHead);  // for the whole stage
+  GrowthIndex run;
   const pictrace::Progress progress = JobProgress();
   const double stageWeight = progress.Span(PT_WEIGHT_BLOCK);
+  unsigned checks = 0;  // the clock is read every 1024 merge steps
   while (s <= s_nBlockScale && s_nBlockScale < kLastScale) {
+    if (TimeIsUp()) return 0;  // partial regions are not saved
     progress.ShowAt(stageWeight * (1.0 - static_cast<double>(count) / count0));
     const double d = s * s * std::sqrt(s);
     s_nBlockSizeLimit = BlockSizeLimitAt(s);
@@ -83,11 +108,25 @@ int CPictrace::GetBlockRegions() {
     RemovingDecrease(d);
     // Only the low 32 bits of the limit take part in the comparisons.
     const DWORD limit = static_cast<DWORD>(s_nBlockSizeLimit);
-    GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, limit, [&](CRegion* a) {
-      CombineRegion(a);
-      a->m_fDecrease = 0.0f;
-      UpdateRemovingDecrease(a, d);
-    });
+    // A region with many links that stays negative after growing is
+    // likely to grow again: its links are indexed for the rest of the run.
+    GrowSteps steps{[&](CRegion* a) {
+                      if (run.Holds(a)) return run.Grow(m_pRegionHead, d);
+                      CombineRegion(a);
+                      RefreshOwnValues(a, d);
+                      int links = 0;
+                      for (const CNodeNeighbor* l = a->m_pNeighbors; l && links < kIndexedLinks; l = l->m_pNext) links++;
+                      if (a->m_fDecrease < 0.0f && links >= kIndexedLinks) run.Build(a);
+                    },
+                    [&](CRegion* a) {
+                      if (run.Holds(a)) {
+                        RefreshOwnValues(a, d);
+                        run.Clear();
+                      }
+                      RefreshLinksBack(a);
+                    },
+                    [&] { return m_bStopped || ((++checks & 1023) == 0 && TimeIsUp()); }};
+    GreedyCounts done = MergeFirstFitIndexed(positions, m_pRegionHead, limit, steps);
     count -= static_cast<long long>(done.merges);
     if (std::fabs(s - s_nBlockScale) < 0.6) {
       const long long longer = w >= h ? w : h;

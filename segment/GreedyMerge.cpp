@@ -66,9 +66,11 @@ void WalkFromHead(RegionPositions& pos, CRegion* const& pHead, Step step) {
 // After a merge only the grown region and its neighbours change (value,
 // best link, size behind the best link), and the absorbed region leaves;
 // every other region keeps its state, so the index stays exact by
-// refreshing exactly those.
+// refreshing exactly those. While the grown region qualifies again, the
+// next scan (from it) takes it again at once and reads no other region, so
+// its neighbours are settled only when the run of merges ends.
 GreedyCounts MergeFirstFitIndexed(RegionPositions& pos, CRegion* const& pHead, DWORD nLimit,
-                                  const MergeStep& merge) {
+                                  const GrowSteps& steps) {
   GreedyCounts counts;
   const int n = pos.Size();
   std::vector<unsigned char> isQualified(static_cast<size_t>(n), 0), isBlocked(static_cast<size_t>(n), 0);
@@ -92,11 +94,28 @@ GreedyCounts MergeFirstFitIndexed(RegionPositions& pos, CRegion* const& pHead, D
   };
 
   WalkFromHead(pos, pHead, [&](int& p) -> CRegion* {
+    if (steps.stop && steps.stop()) return nullptr;
     int q = qualifies.FindNth(qualifies.CountBelow(p) + 1);  // n when none
     counts.blocked += static_cast<std::uint64_t>(blocked.CountBelow(q) - blocked.CountBelow(p));
     if (q >= n) return nullptr;
     p = q;
-    return MergeAt(pos, q, merge, counts, [&](int i, CRegion* r) { setState(i, r ? StateOf(r, nLimit) : kNone); });
+    CRegion* a = pos.At(q);
+    do {
+      int b = pos.Of(a->m_pBestNeighbor->m_pRegion);
+      steps.grow(a);
+      counts.merges++;
+      if (b >= 0) {
+        setState(b, kNone);
+        pos.Remove(b);
+      }
+    } while (StateOf(a, nLimit) == kQualifies);
+    steps.settle(a);
+    setState(q, StateOf(a, nLimit));
+    for (CNodeNeighbor* l = a->m_pNeighbors; l; l = l->m_pNext) {
+      int x = pos.Of(l->m_pRegion);
+      if (x >= 0) setState(x, StateOf(l->m_pRegion, nLimit));
+    }
+    return a;
   });
   return counts;
 }

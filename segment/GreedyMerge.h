@@ -32,10 +32,21 @@ struct GreedyCounts {
   std::uint64_t blocked = 0;  // skips for size, counted in every scan that meets them
 };
 
+// The block stage's merge in two steps: grow merges the candidate's best
+// neighbour into it and values the candidate's own links (CombineRegion,
+// then RefreshOwnValues); settle gives its neighbours their links back and
+// lets them re-pick (RefreshLinksBack). A region that grows several times
+// in a row is settled once, after the last.
+struct GrowSteps {
+  MergeStep grow;
+  MergeStep settle;
+  std::function<bool()> stop;  // when set and true, the scale ends early
+};
+
 // Block stage: a region qualifies when its value is negative and both it
 // and the region behind its best link hold at most nLimit pixels.
 GreedyCounts MergeFirstFitIndexed(RegionPositions& positions, CRegion* const& pHead, DWORD nLimit,
-                                  const MergeStep& merge);
+                                  const GrowSteps& steps);
 
 // Pyramid stage: the lowest negative value from the cursor on.
 GreedyCounts MergeGlobalMinIndexed(RegionPositions& positions, CRegion* const& pHead, const MergeStep& merge);

@@ -102,6 +102,21 @@ inline void AppendRegion(CRegion*& pHead, CRegion*& pLast, CRegion* pRegion) {
   pLast = pRegion;
 }
 
+// The merge value of a region with the region behind one of its links
+// (CombineDec).
+float MergeValueOf(const CRegion* pRegion, const CNodeNeighbor* pLink, double dFactor);
+
+// UpdateRemovingDecrease in two halves: the region's own links are valued
+// and its best picked (from a zero value); then every neighbour's link back
+// takes the value of the region's link to it and the neighbour re-picks its
+// best among the values it holds.
+void RefreshOwnValues(CRegion* pRegion, double dFactor);
+void RefreshLinksBack(CRegion* pRegion);
+// The end of a merge of B into A, once B's links are handed over: the
+// cost, the size-weighted means, the size, B's pixels after A's, and B's
+// leaving the list (pHead moves on when B is the head). Returns the cost.
+double AbsorbRegion(CRegion* a, CRegion* b, CRegion*& pHead);
+
 // Frees a whole region list, reading each successor before deleting.
 void DeleteRegionList(CRegion* pHead);
 

@@ -111,6 +111,79 @@ void CPictrace::UpdateRemovingDecrease(CRegion* pRegion, double dFactor) {
   }
 }
 
+float MergeValueOf(const CRegion* pRegion, const CNodeNeighbor* pLink, double dFactor) {
+  return MergeValue(Bonus(), pRegion, pLink, dFactor);
+}
+
+// The two halves of UpdateRemovingDecrease, for a caller that lets a region
+// grow several times before its neighbours look at it: the values of the
+// neighbours' other links do not depend on the grown region, so refreshing
+// them once with its last values leaves what a refresh after every merge
+// leaves.
+void RefreshOwnValues(CRegion* pRegion, double dFactor) {
+  const SmallRegionBonus& bonus = Bonus();
+  pRegion->m_fDecrease = 0.0f;
+  for (CNodeNeighbor* l = pRegion->m_pNeighbors; l; l = l->m_pNext) {
+    if (l->m_pNext) PrefetchNode(&l->m_pNext->m_pRegion->m_nSize);
+    float v = MergeValue(bonus, pRegion, l, dFactor);
+    l->m_fDecrease = v;
+    if (v < pRegion->m_fDecrease) {
+      pRegion->m_pBestNeighbor = l;
+      pRegion->m_fDecrease = v;
+    }
+  }
+}
+
+void RefreshLinksBack(CRegion* pRegion) {
+  for (CNodeNeighbor* l = pRegion->m_pNeighbors; l; l = l->m_pNext) {
+    if (l->m_pNext) PrefetchNode(l->m_pNext->m_pRegion->m_pNeighbors);
+    CRegion* x = l->m_pRegion;
+    x->m_fDecrease = 0.0f;
+    for (CNodeNeighbor* xl = x->m_pNeighbors; xl; xl = xl->m_pNext) {
+      if (xl->m_pRegion == pRegion) xl->m_fDecrease = l->m_fDecrease;
+      if (xl->m_fDecrease < x->m_fDecrease) {
+        x->m_pBestNeighbor = xl;
+        x->m_fDecrease = xl->m_fDecrease;
+      }
+    }
+  }
+}
+
+
+// Steps 3 to 6 of a merge, once the links are handed over: cost, means,
+// size, pixels, and B's leaving the list (moving the head when B is it).
+double AbsorbRegion(CRegion* a, CRegion* b, CRegion*& pHead) {
+  // 3.-4. The cost, then the size-weighted means (blue, green, red).
+  double cost = WardCost(a, b);
+  double na = a->m_nSize, nb = b->m_nSize;
+  double n = static_cast<double>(static_cast<std::uint64_t>(a->m_nSize) + b->m_nSize);
+  a->m_fBlue = static_cast<float>((na * a->m_fBlue + nb * b->m_fBlue) / n);
+  a->m_fGreen = static_cast<float>((na * a->m_fGreen + nb * b->m_fGreen) / n);
+  a->m_fRed = static_cast<float>((na * a->m_fRed + nb * b->m_fRed) / n);
+  a->m_nSize += b->m_nSize;
+
+  // 5. B's pixels follow A's.
+  if (b->m_pPixelHead) {
+    if (a->m_pPixelTail)
+      a->m_pPixelTail->m_pNext = b->m_pPixelHead;
+    else
+      a->m_pPixelHead = b->m_pPixelHead;
+    a->m_pPixelTail = b->m_pPixelTail;
+  }
+
+  // 6. B leaves the region list.
+  if (b->m_pPrev)
+    b->m_pPrev->m_pNext = b->m_pNext;
+  else if (pHead == b)
+    pHead = b->m_pNext;
+  if (b->m_pNext) b->m_pNext->m_pPrev = b->m_pPrev;
+  b->m_pNeighbors = nullptr;
+  b->m_pPixelHead = nullptr;
+  b->m_pPixelTail = nullptr;
+  delete b;
+  return cost;
+}
+
 double CPictrace::CombineRegion(CRegion* pRegion) {
   CRegion* a = pRegion;
   CNodeNeighbor* best = a->m_pBestNeighbor;
@@ -171,33 +244,5 @@ double CPictrace::CombineRegion(CRegion* pRegion) {
     l = next;
   }
 
-  // 3.-4. The cost, then the size-weighted means (blue, green, red).
-  double cost = WardCost(a, b);
-  double na = a->m_nSize, nb = b->m_nSize;
-  double n = static_cast<double>(static_cast<std::uint64_t>(a->m_nSize) + b->m_nSize);
-  a->m_fBlue = static_cast<float>((na * a->m_fBlue + nb * b->m_fBlue) / n);
-  a->m_fGreen = static_cast<float>((na * a->m_fGreen + nb * b->m_fGreen) / n);
-  a->m_fRed = static_cast<float>((na * a->m_fRed + nb * b->m_fRed) / n);
-  a->m_nSize += b->m_nSize;
-
-  // 5. B's pixels follow A's.
-  if (b->m_pPixelHead) {
-    if (a->m_pPixelTail)
-      a->m_pPixelTail->m_pNext = b->m_pPixelHead;
-    else
-      a->m_pPixelHead = b->m_pPixelHead;
-    a->m_pPixelTail = b->m_pPixelTail;
-  }
-
-  // 6. B leaves the region list.
-  if (b->m_pPrev)
-    b->m_pPrev->m_pNext = b->m_pNext;
-  else if (m_pRegionHead == b)
-    m_pRegionHead = b->m_pNext;
-  if (b->m_pNext) b->m_pNext->m_pPrev = b->m_pPrev;
-  b->m_pNeighbors = nullptr;
-  b->m_pPixelHead = nullptr;
-  b->m_pPixelTail = nullptr;
-  delete b;
-  return cost;
+  return AbsorbRegion(a, b, m_pRegionHead);
 }

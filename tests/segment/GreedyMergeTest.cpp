@@ -56,7 +56,7 @@ TEST(GreedyLoops, HandWorkedOrdersForLiteralAndIndexed) {
         a->m_fDecrease = 0.0f;
       };
       RegionPositions pos(e.m_pRegionHead);
-      GreedyCounts n = c.firstFit ? (indexed ? MergeFirstFitIndexed(pos, e.m_pRegionHead, c.limit, record)
+      GreedyCounts n = c.firstFit ? (indexed ? MergeFirstFitIndexed(pos, e.m_pRegionHead, c.limit, {record, [](CRegion*) {}, nullptr})
                                              : MergeFirstFitScan(e.m_pRegionHead, c.limit, record))
                                   : (indexed ? MergeGlobalMinIndexed(pos, e.m_pRegionHead, record)
                                              : MergeGlobalMinScan(e.m_pRegionHead, record));
@@ -78,6 +78,11 @@ void SeedGraph(SegEngine& e, std::vector<unsigned char>& dib) {
 
 MergeStep Step(SegEngine& e, double d) {
   return [&e, d](CRegion* a) { e.CombineRegion(a), a->m_fDecrease = 0.0f, e.UpdateRemovingDecrease(a, d); };
+}
+
+// The block stage's split step: the grown region's neighbours settle after its last merge in a row.
+GrowSteps Split(SegEngine& e, double d) {
+  return {[&e, d](CRegion* a) { e.CombineRegion(a), RefreshOwnValues(a, d); }, RefreshLinksBack, nullptr};
 }
 
 // The indexed loops must pick the same candidates and count the same skips
@@ -110,7 +115,7 @@ TEST(GreedyLoops, IndexedMatchesTheLiteralReferenceOnSeededGraphs) {  // of nois
         idx.RemovingDecrease(d);
         GreedyCounts cl = firstFit ? MergeFirstFitScan(lit.m_pRegionHead, limit, Step(lit, d))
                                    : MergeGlobalMinScan(lit.m_pRegionHead, Step(lit, d));
-        GreedyCounts ci = firstFit ? MergeFirstFitIndexed(positions, idx.m_pRegionHead, limit, Step(idx, d))
+        GreedyCounts ci = firstFit ? MergeFirstFitIndexed(positions, idx.m_pRegionHead, limit, Split(idx, d))
                                    : MergeGlobalMinIndexed(positions, idx.m_pRegionHead, Step(idx, d));
         EXPECT_TRUE(cl.merges == ci.merges && cl.blocked == ci.blocked) << "scale " << s;
         ASSERT_TRUE(Signature(lit) == Signature(idx)) << "scale " << s;
