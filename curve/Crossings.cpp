@@ -19,9 +19,10 @@ constexpr int kLoopPieces = 64;
 // Cells hold a few pixels of outline each.
 constexpr double kCellSize = 4.0;
 
-// Pieces this near an end of their curve, or this near each other along
-// one curve, are judged by crossing alone: there curves meet or bend on
-// purpose, and short pieces lie within the clearance of each other.
+// Pieces that come near each other this near an end of either curve, or
+// this near each other along one curve, are judged by crossing alone: there
+// curves meet or bend on purpose, and short pieces lie within the
+// clearance of each other.
 constexpr double kEndZone = 0.5;
 constexpr double kAlongZone = 1.0;
 
@@ -29,7 +30,11 @@ struct Piece {
   Vec2 a, b;
   int curve;
   double along;  // length of the curve before the piece
-  bool nearEnd;
+};
+
+// A curve's two end points.
+struct Ends {
+  Vec2 first, last;
 };
 
 double Orient(Vec2 a, Vec2 b, Vec2 c) { return Cross(b - a, c - a); }
@@ -38,11 +43,7 @@ double Orient(Vec2 a, Vec2 b, Vec2 c) { return Cross(b - a, c - a); }
 // along a line (which also catches a curve folding back on itself between
 // two of its own pieces); anything else that crosses or comes within the
 // clearance is a crossing.
-bool Meet(const Piece& p, const Piece& q) {
-  const double o1 = Orient(p.a, p.b, q.a), o2 = Orient(p.a, p.b, q.b);
-  const double o3 = Orient(q.a, q.b, p.a), o4 = Orient(q.a, q.b, p.b);
-  const bool judgeByCrossing =
-      p.nearEnd || q.nearEnd || (p.curve == q.curve && std::fabs(p.along - q.along) < kAlongZone);
+bool Meet(const Piece& p, const Piece& q, const std::vector<Ends>& ends) {
   Vec2 shared, pOther, qOther;
   bool share = true;
   if (p.a == q.a) shared = p.a, pOther = p.b, qOther = q.b;
@@ -54,17 +55,29 @@ bool Meet(const Piece& p, const Piece& q) {
     if (pOther == qOther) return true;
     return Orient(shared, pOther, qOther) == 0.0 && Dot(pOther - shared, qOther - shared) > 0.0;
   }
-  if (judgeByCrossing)
-    return ((o1 > 0 && o2 < 0) || (o1 < 0 && o2 > 0)) && ((o3 > 0 && o4 < 0) || (o3 < 0 && o4 > 0));
   if (std::min(p.a.x, p.b.x) > std::max(q.a.x, q.b.x) + kClearance ||
       std::min(q.a.x, q.b.x) > std::max(p.a.x, p.b.x) + kClearance ||
       std::min(p.a.y, p.b.y) > std::max(q.a.y, q.b.y) + kClearance ||
       std::min(q.a.y, q.b.y) > std::max(p.a.y, p.b.y) + kClearance)
     return false;
+  const double o1 = Orient(p.a, p.b, q.a), o2 = Orient(p.a, p.b, q.b);
+  const double o3 = Orient(q.a, q.b, p.a), o4 = Orient(q.a, q.b, p.b);
   if (((o1 > 0 && o2 < 0) || (o1 < 0 && o2 > 0)) && ((o3 > 0 && o4 < 0) || (o3 < 0 && o4 > 0)))
     return true;
-  return std::min(std::min(DistanceToSegment(q.a, p.a, p.b), DistanceToSegment(q.b, p.a, p.b)),
-                  std::min(DistanceToSegment(p.a, q.a, q.b), DistanceToSegment(p.b, q.a, q.b))) < kClearance;
+  // Nearest approach: an end of one piece against the other piece.
+  const Vec2 probes[4] = {q.a, q.b, p.a, p.b};
+  const Piece* against[4] = {&p, &p, &q, &q};
+  double best = -1.0;
+  Vec2 at;
+  for (int k = 0; k < 4; k++) {
+    double d = DistanceToSegment(probes[k], against[k]->a, against[k]->b);
+    if (best < 0.0 || d < best) best = d, at = probes[k];
+  }
+  if (best >= kClearance) return false;
+  if (p.curve == q.curve && std::fabs(p.along - q.along) < kAlongZone) return false;
+  for (int c : {p.curve, q.curve})
+    if (Distance(at, ends[c].first) < kEndZone || Distance(at, ends[c].last) < kEndZone) return false;
+  return true;
 }
 
 }  // namespace
@@ -101,18 +114,17 @@ std::vector<Crossing> CrossingCurves(const std::vector<std::vector<Cubic>>& curv
                                      const std::vector<char>& suspects) {
   std::vector<Crossing> crossing;
   std::vector<Piece> pieces;
+  std::vector<Ends> ends(curves.size());
   std::vector<Vec2> line;
   for (size_t i = 0; i < curves.size(); i++) {
     if (curves[i].empty()) continue;
     line.assign(1, curves[i].front().p[0]);
     for (const Cubic& c : curves[i]) FlattenCubic(c, kFlatness, line);
-    const Vec2 first = line.front(), last = line.back();
+    ends[i] = {line.front(), line.back()};
     double along = 0.0;
     for (size_t k = 1; k < line.size(); k++) {
       if (line[k] == line[k - 1]) continue;
-      bool nearEnd = std::min(std::min(Distance(line[k - 1], first), Distance(line[k], first)),
-                              std::min(Distance(line[k - 1], last), Distance(line[k], last))) < kEndZone;
-      pieces.push_back({line[k - 1], line[k], static_cast<int>(i), along, nearEnd});
+      pieces.push_back({line[k - 1], line[k], static_cast<int>(i), along});
       along += Distance(line[k - 1], line[k]);
     }
   }
@@ -150,7 +162,7 @@ std::vector<Crossing> CrossingCurves(const std::vector<std::vector<Cubic>>& curv
       for (size_t j = i + 1; j < e; j++) {
         const Piece& q = pieces[entries[j].second];
         if (!all && !suspects[p.curve] && !suspects[q.curve]) continue;
-        if (!Meet(p, q)) continue;
+        if (!Meet(p, q, ends)) continue;
         Vec2 at = (p.a + p.b + q.a + q.b) * 0.25;
         crossing.push_back({p.curve, at});
         crossing.push_back({q.curve, at});
