@@ -32,7 +32,7 @@ int RunPreview(const PreviewOptions& o) {
   if (!engine.DrawDIB(&dc, &dest, FALSE)) return Fail(o.file + ": the picture could not be painted");
   std::string error;
   if (!WritePng(o.output, dc.GetBits(), width, height, dc.GetStride(), error)) return Fail(error);
-  std::cout << "preview: " << o.output << " (" << width << " x " << height << ")\n";
+  std::cerr << "preview: " << o.output << " (" << width << " x " << height << ")\n";
   return 0;
 }
 
@@ -43,6 +43,7 @@ Command AddPreviewCommand(CLI::App& parent) {
   CLI::App* app = parent.add_subcommand("preview", "Paint the loaded picture into a PNG");
   app->add_option("file", o->file, "PNG, JPEG or BMP picture")->required();
   app->add_option("-o,--output", o->output, "PNG file to write")->required();
+  AddMaxPixelsOption(app);
   app->add_option("--width", o->width, "width of the preview (default: the picture's)")
       ->check(CLI::Range(1, 32767));
   app->add_option("--height", o->height, "height of the preview (default: the picture's)")
