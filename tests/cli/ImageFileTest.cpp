@@ -4,10 +4,14 @@
 #include <jpeglib.h>
 #include <png.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 
 #include "cli/ImageFile.h"
+#include "common/CliRunner.h"
+#include "common/HostileFiles.h"
 #include "common/TestImages.h"
 
 namespace {
@@ -82,6 +86,7 @@ Bytes Load(const Bytes& bytes, BITMAPINFOHEADER& h) {
 
 unsigned Grey(int x, int row) { return static_cast<unsigned>((x + row) % 16); }
 unsigned Orange(int, int) { return 0xFF8000u; }
+unsigned Rgb(int x, int y) { return (x * 0x402000u + y * 0x11u + 0x808080u) & 0xFFFFFF; }
 
 TEST(ImageFile, BmpRowsArePassedOnAsTheyAre) {
   BITMAPINFOHEADER h{};
@@ -112,12 +117,54 @@ TEST(ImageFile, PngAndJpegBecomeBottomUpTwentyFourBit) {
   EXPECT_TRUE(std::abs(p[0] - 0xC0) <= 3 && std::abs(p[1] - 0x80) <= 3 && std::abs(p[2] - 0x30) <= 3);
 }
 
+TEST(ImageFile, DeepPicturesBecomeTwentyFourBitComposedOverWhite) {
+  using hostile::DeepBmp;
+  const std::vector<std::uint32_t> rgb16 = {0x7FFF, 0x7C00, 0x0010, 0x4210}, rgb565 = {0xF800, 0x0400, 0x001F},
+                                   argb = {0x00FF0000, 0x80FF0000, 0xFF0000FF};
+  const std::pair<Bytes, Bytes> cases[] = {  // file, first row (blue, green, red)
+      {DeepBmp(4, 1, 16, 0, {}, [&](int x, int) { return rgb16[x]; }), {255, 255, 255, 0, 0, 255, 132, 0, 0, 132, 132, 132}},
+      {DeepBmp(3, 1, 16, 3, {0xF800, 0x07E0, 0x1F}, [&](int x, int) { return rgb565[x]; }), {0, 0, 255, 0, 130, 0, 255, 0, 0}},
+      {DeepBmp(3, 1, 32, 6, {0xFF0000, 0xFF00, 0xFF, 0xFF000000u}, [&](int x, int) { return argb[x]; }),
+       {255, 255, 255, 127, 127, 255, 255, 0, 0}},
+      {DeepBmp(1, 1, 32, 0, {}, [](int, int) { return 0xFF112233u; }), {0x33, 0x22, 0x11}},
+      {Put(DeepBmp(1, 2, 32, 0, {}, [](int, int row) { return row ? 0xFFu : 0xFF0000u; }), 22, static_cast<std::uint32_t>(-2)),
+       {255, 0, 0, 0, 0, 0, 255}},  // top-down: the first row stored is the top
+  };
+  BITMAPINFOHEADER h{};
+  for (const auto& c : cases) {
+    const Bytes dib = Load(c.first, h);
+    EXPECT_EQ(h.biBitCount, 24);
+    EXPECT_EQ(Bytes(dib.begin() + 40, dib.begin() + 40 + c.second.size()), c.second);
+  }
+  // 16-bit samples v * 257 read as v: the colours of the 8-bit picture.
+  EXPECT_EQ(Load(hostile::Png16(5, 3, Rgb), h), Load(Png(5, 3, [](int x, int y) { return Rgb(x, y) << 8 | 0xFF; }), h));
+  EXPECT_EQ(Load(hostile::Png16(1, 1, Rgb), h)[40], 0x80);
+}
+
+// A disk that fills up after the first few bytes of a file.
+ssize_t FullDisk(int fd, const void* data, size_t size) {
+  if (size < 8) return errno = ENOSPC, -1;
+  return ::write(fd, data, 4);
+}
+
+TEST(ImageFile, AFullDiskLeavesTheOldFileAndNoTemporary) {
+  const clitest::TempDir dir;
+  const std::string target = dir.Write("old.svg", {'o', 'l', 'd'});
+  pictrace::SetWriteFunction(FullDisk);
+  std::string error;
+  const bool ok = pictrace::WriteFileBytes(target, std::string(30, 'x'), error);
+  pictrace::SetWriteFunction(nullptr);
+  EXPECT_FALSE(ok);
+  EXPECT_EQ(error, target + ": cannot write the file: No space left on device");
+  EXPECT_EQ(clitest::ReadText(target), "old");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1);
+}
+
 TEST(ImageFile, BadFilesAreRefusedWithTheReason) {
   const Bytes bmp24 = Bmp(4, 4, 24, 0, Orange), bmp8 = Bmp(4, 4, 8, 16, Grey), jpeg = Jpeg(64, 48, 0x336699);
   const Bytes png = Png(40, 30, [](int x, int y) { return static_cast<unsigned>(x * 1000 + y) << 8 | 0xFF; });
   Bytes corrupt = png;
   for (size_t i = 60; i < corrupt.size() - 20; i++) corrupt[i] ^= 0x5A;  // image data and CRCs
-  const std::uint32_t minus4 = static_cast<std::uint32_t>(-4);
   const std::pair<Bytes, const char*> cases[] = {
       {{}, "empty"},
       {{'h', 'e', 'l', 'l', 'o'}, "not a PNG, JPEG or BMP"},
@@ -127,7 +174,9 @@ TEST(ImageFile, BadFilesAreRefusedWithTheReason) {
       {{0xFF, 0xD8, 0xFF, 0x00, 0x12, 0x34, 0x56}, "JPEG"},
       {Put(bmp24, 18, 0), "no pixels"},
       {Put(bmp24, 22, 0), "no pixels"},
-      {Put(bmp24, 22, minus4), "top-down"},
+      {Put(bmp24, 30, 3), "compressed"},
+      {hostile::HugePng(), "the picture is 32767 x 32767 = 1073676289 pixels, more than the limit of"},
+      {hostile::HugeJpeg(), "--max-pixels N changes the limit"},
       {Put(bmp24, 18, 32768), "too large"},
       {Put(Bmp(4, 4, 1, 2, Grey), 22, 40000), "too large"},
       {Put(Put(bmp24, 18, 100), 22, 100), "holds only"},
