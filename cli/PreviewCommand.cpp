@@ -6,6 +6,7 @@
 #include "RasterDC.h"
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
+#include "cli/ImageLimits.h"
 
 namespace pictrace {
 namespace cli {
@@ -27,6 +28,10 @@ int RunPreview(const PreviewOptions& o) {
   engine.GetDIBSize(size);
   int width = o.width > 0 ? o.width : size.cx;
   int height = o.height > 0 ? o.height : size.cy;
+  // The preview's pixels are held whole too, so the picture's limit bounds them.
+  if (static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) > MaxImagePixels())
+    return Fail("--width " + std::to_string(width) + " --height " + std::to_string(height) + ": more than the limit of " +
+                std::to_string(MaxImagePixels()) + " pixels; --max-pixels N changes the limit");
   CRasterDC dc(width, height);
   RECT dest{0, 0, width, height};
   if (!engine.DrawDIB(&dc, &dest, FALSE)) return Fail(o.file + ": the picture could not be painted");
