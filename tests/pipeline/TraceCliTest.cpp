@@ -98,7 +98,7 @@ TEST(TraceCli, MarksMasksAndOptionsReachTheEngine) {
   r = Pictrace("trace " + In("flag_kr.png") + " -o " + Out("big.svg") + " --size 1600x1200 --curves --background " +
                Out("bg.svg") + " --threads " + PICTRACE_EXAMPLES_DIR + "/../threads/pec-64.csv --thread-mode 2 --json " + Out("t.json"));
   ASSERT_EQ(r.exitCode, 0) << r.err;
-  EXPECT_NE(r.err.find("; 1 background regions -> " + Out("bg.svg")), std::string::npos) << r.out;
+  EXPECT_NE(r.err.find("; 1 background regions -> " + Out("bg.svg")), std::string::npos) << r.err;
   const std::string svg = ReadText(Out("big.svg")), bg = ReadText(Out("bg.svg")), json = ReadText(Out("t.json"));
   EXPECT_NE(svg.find("viewBox=\"0 0 1600 1200\">\n<g id=\"color-1\" fill=\"#f0f0f0\""), std::string::npos);  // White
   EXPECT_NE(svg.find("C1"), std::string::npos);  // curves, in output units
