@@ -1,9 +1,11 @@
 #include <cmath>
+#include <iomanip>
 #include <iostream>
 #include <sstream>
 
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
+#include "cli/ImageLimits.h"
 #include "cli/Writers.h"
 
 namespace pictrace {
@@ -36,17 +38,21 @@ void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<s
     outputs[i] = formats[i].defaultPath;
     app->add_option(formats[i].option, outputs[i], formats[i].help);
   }
+  AddMaxPixelsOption(app);
 }
 
-std::ostream& SummaryStream(const std::vector<std::string>& outputs) {
-  for (const std::string& path : outputs)
-    if (path == "-") return std::cerr;
-  return std::cout;
+void AddMaxPixelsOption(CLI::App* app) {
+  const std::string help = "refuse pictures of more than N pixels (default: what a trace can hold in the "
+                           "memory available, here " + std::to_string(MaxImagePixels()) + ")";
+  app->add_option_function<double>(
+         "--max-pixels", [](const double& n) { SetMaxImagePixels(static_cast<std::uint64_t>(n)); }, help)
+      ->check(FiniteNumber(1, static_cast<double>(kMaxPixelsEver)))
+      ->type_name("N");
 }
 
 CLI::Validator FiniteNumber(double lo, double hi) {
   std::ostringstream range;
-  range << "expected a number ";
+  range << std::setprecision(12) << "expected a number ";
   if (std::isinf(hi))
     range << lo << " or larger";
   else

@@ -38,17 +38,17 @@ bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsi
 
 // Registers the picture argument and one option per output format (see
 // Writers.h), which trace and lines share: outputs[i] is the path of
-// OutputFormats()[i], "-" for standard output, empty for none.
+// OutputFormats()[i], "-" for standard output, empty for none. Adds
+// --max-pixels too.
 void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<std::string>& outputs);
+
+// --max-pixels N: the pixel limit of the picture readers (ImageLimits.h).
+// trace and lines get it with the options above; info and preview add it.
+void AddMaxPixelsOption(CLI::App* app);
 
 // A number from lo to hi (hi infinite: lo or larger). NaN and infinities are
 // refused like any other value out of range, with the option named.
 CLI::Validator FiniteNumber(double lo, double hi);
-
-// Where a command's summary line goes: standard error when an output goes
-// to standard output ("-"), so that it stays clean; standard output
-// otherwise.
-std::ostream& SummaryStream(const std::vector<std::string>& outputs);
 
 // Exit code of a failed run.
 constexpr int kExitFailure = 1;

@@ -1,9 +1,11 @@
 #include "cli/ImageFile.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -19,15 +21,49 @@
 namespace pictrace {
 
 namespace {
-std::uint64_t g_maxPixels = 32767ULL * 32767ULL;
+std::uint64_t g_maxPixels = 0;  // 0: the default
 
 bool HasPrefix(const unsigned char* data, size_t size, const char* magic, size_t n) {
   return size >= n && std::memcmp(data, magic, n) == 0;
 }
+
+// Bytes of memory available now; 0 when unknown.
+std::uint64_t AvailableMemory() {
+  std::uint64_t bytes = 0;
+  std::ifstream meminfo("/proc/meminfo");
+  std::string key;
+  std::uint64_t kb = 0;
+  while (meminfo >> key >> kb)
+    if (key == "MemAvailable:") {
+      bytes = kb * 1024;
+      break;
+    } else {
+      meminfo.ignore(1 << 10, '\n');
+    }
+  if (bytes == 0) {
+    const long pages = sysconf(_SC_AVPHYS_PAGES), pageSize = sysconf(_SC_PAGESIZE);
+    if (pages > 0 && pageSize > 0) bytes = static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize);
+  }
+  struct rlimit limit;
+  if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY &&
+      (bytes == 0 || limit.rlim_cur < bytes))
+    bytes = limit.rlim_cur;
+  return bytes;
+}
 }  // namespace
 
-void SetMaxImagePixels(std::uint64_t pixels) { g_maxPixels = pixels; }
-std::uint64_t MaxImagePixels() { return g_maxPixels; }
+std::uint64_t DefaultMaxImagePixels() {
+  const std::uint64_t bytes = AvailableMemory();
+  if (bytes == 0) return kMaxPixelsEver;
+  return std::min(kMaxPixelsEver, bytes / kTraceBytesPerPixel);
+}
+
+void SetMaxImagePixels(std::uint64_t pixels) { g_maxPixels = std::min(pixels, kMaxPixelsEver); }
+bool MaxImagePixelsIsDefault() { return g_maxPixels == 0; }
+std::uint64_t MaxImagePixels() {
+  static const std::uint64_t byDefault = DefaultMaxImagePixels();
+  return g_maxPixels ? g_maxPixels : byDefault;
+}
 
 namespace io {
 
@@ -50,8 +86,12 @@ bool CheckSize(long width, long height, std::string& reason) {
              "; at most " + std::to_string(kMaxSide) + " in either direction)";
     return false;
   }
-  if (static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) > MaxImagePixels()) {
-    reason = "the picture has too many pixels (" + std::to_string(width) + " x " + std::to_string(height) + ")";
+  const std::uint64_t pixels = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
+  if (pixels > MaxImagePixels()) {
+    reason = "the picture is " + std::to_string(width) + " x " + std::to_string(height) + " = " +
+             std::to_string(pixels) + " pixels, more than the limit of " + std::to_string(MaxImagePixels()) +
+             (MaxImagePixelsIsDefault() ? " pixels (what a trace can hold in the memory available)" : " pixels") +
+             "; --max-pixels N changes the limit";
     return false;
   }
   return true;
@@ -102,21 +142,24 @@ bool LoadImageBytes(const unsigned char* data, size_t size, const std::string& n
   return ok;
 }
 
-bool LoadImageFile(const std::string& path, std::vector<unsigned char>& dib, std::string& error) {
-  // Directories and devices (/dev/zero never ends) are refused by name, and
-  // no picture file is larger than the cap: both before anything is read.
+bool CheckInputFile(const std::string& path, unsigned long long maxBytes, std::string& error) {
   struct stat st;
-  if (stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
-    dib.clear();
-    error = path + (S_ISDIR(st.st_mode) ? ": is a folder, not a picture file" : ": not a regular file");
+  if (stat(path.c_str(), &st) != 0) return true;  // opening it will say why
+  if (!S_ISREG(st.st_mode)) {
+    error = path + (S_ISDIR(st.st_mode) ? ": is a folder, not a file" : ": not a regular file");
     return false;
   }
-  if (stat(path.c_str(), &st) == 0 && static_cast<unsigned long long>(st.st_size) > kMaxPictureFileBytes) {
-    dib.clear();
-    error = path + ": " + std::to_string(st.st_size) + " bytes, more than a picture file may have (" +
-            std::to_string(kMaxPictureFileBytes) + ")";
+  if (static_cast<unsigned long long>(st.st_size) > maxBytes) {
+    error = path + ": " + std::to_string(st.st_size) + " bytes, more than the " + std::to_string(maxBytes) +
+            " such a file may have";
     return false;
   }
+  return true;
+}
+
+bool LoadImageFile(const std::string& path, std::vector<unsigned char>& dib, std::string& error) {
+  dib.clear();
+  if (!CheckInputFile(path, kMaxPictureFileBytes, error)) return false;
   std::ifstream in(path, std::ios::binary);
   if (!in) {
     dib.clear();
@@ -134,12 +177,15 @@ bool LoadImageFile(const std::string& path, std::vector<unsigned char>& dib, std
 
 namespace {
 
+WriteFunction g_write = ::write;
+
 // Writes all bytes to an open descriptor; false with errno set on failure.
 bool WriteAll(int fd, const std::string& bytes) {
   size_t done = 0;
   while (done < bytes.size()) {
-    const ssize_t n = write(fd, bytes.data() + done, bytes.size() - done);
+    const ssize_t n = g_write(fd, bytes.data() + done, bytes.size() - done);
     if (n < 0 && errno == EINTR) continue;
+    if (n == 0) errno = EIO;
     if (n <= 0) return false;
     done += static_cast<size_t>(n);
   }
@@ -149,6 +195,12 @@ bool WriteAll(int fd, const std::string& bytes) {
 std::string Reason() { return std::strerror(errno); }
 
 }  // namespace
+
+WriteFunction SetWriteFunction(WriteFunction write) {
+  const WriteFunction previous = g_write;
+  g_write = write ? write : ::write;
+  return previous;
+}
 
 // A file is written whole or not at all: the bytes go to a temporary file
 // beside the target, which replaces the target only once it is complete and

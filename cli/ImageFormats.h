@@ -17,7 +17,8 @@ bool ReadJpeg(const unsigned char* data, size_t size, std::vector<unsigned char>
 // Largest width or height accepted from any file.
 constexpr long kMaxSide = 32767;
 
-// Checks decoded dimensions against kMaxSide and the pixel limit.
+// Checks the size a header declares against kMaxSide and the pixel limit
+// (ImageLimits.h); every reader calls it before allocating pixel rows.
 bool CheckSize(long width, long height, std::string& reason);
 
 // Allocates a bottom-up 24-bit DIB of width x height (header filled, pixels

@@ -23,6 +23,7 @@ Command AddInfoCommand(CLI::App& parent) {
   auto file = std::make_shared<std::string>();
   CLI::App* app = parent.add_subcommand("info", "Print the size and colour depth of a picture");
   app->add_option("file", *file, "PNG, JPEG or BMP picture")->required();
+  AddMaxPixelsOption(app);
   return {app, [file]() {
             CPictrace engine;
             std::vector<unsigned char> dib;

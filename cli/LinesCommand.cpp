@@ -54,7 +54,7 @@ int RunLines(const LinesOptions& o) {
 
   long points = 0;
   for (int i = 0; i < doc.lines.m_nThinLines; i++) points += doc.lines.m_pThinLines[i].m_pPolygonLines[0].m_nLines + 1;
-  std::ostream& report = SummaryStream(o.outputs);
+  std::ostream& report = std::cerr;  // standard output carries only the outputs
   report << "lines: " << doc.lines.m_nThinLines << " lines, " << points << " points (from "
          << result.nSkeletonPixels << " skeleton pixels) in " << doc.lineColors.size()
          << " line colours, " << width << " x " << height << " pixels; segmentation "

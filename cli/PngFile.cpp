@@ -1,8 +1,13 @@
-// PNG files through libpng's simplified reader, composited onto white and
-// stored as a bottom-up 24-bit DIB; and the PNG writer for previews.
+// PNG files through libpng, composited onto white and stored as a bottom-up
+// 24-bit DIB; and the PNG writer for previews. 8-bit files go through the
+// simplified reader; 16-bit files are scaled to 8 bits without any gamma
+// change, as other decoders do (the simplified reader takes 16-bit samples
+// without colour-space chunks as linear light and brightens them).
 #include <png.h>
 
+#include <csetjmp>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 
 #include "cli/ImageFile.h"
@@ -10,6 +15,97 @@
 
 namespace pictrace {
 namespace io {
+
+namespace {
+
+// The bytes of a file in memory, handed to libpng's low-level reader.
+struct MemoryStream {
+  const unsigned char* data;
+  size_t size;
+  size_t at;
+};
+
+void ReadFromMemory(png_structp png, png_bytep out, png_size_t n) {
+  MemoryStream* s = static_cast<MemoryStream*>(png_get_io_ptr(png));
+  if (n > s->size - s->at) png_error(png, "the file ends early");
+  std::memcpy(out, s->data + s->at, n);
+  s->at += n;
+}
+
+// libpng's messages: an error keeps its text for the reason and jumps back;
+// warnings (chunks the reader skips) are not the user's concern.
+struct Messages {
+  char text[200];
+};
+
+void OnPngError(png_structp png, png_const_charp message) {
+  Messages* m = static_cast<Messages*>(png_get_error_ptr(png));
+  std::snprintf(m->text, sizeof m->text, "%s", message);
+  png_longjmp(png, 1);
+}
+
+void OnPngWarning(png_structp, png_const_charp) {}
+
+// Decodes a 16-bit PNG into dib (already sized) through libpng's low-level
+// reader: every format expanded to RGBA, each sample scaled to 8 bits
+// (v * 255 / 65535 rounded, so 128 * 257 becomes 128), then composed over
+// white. pixels holds the 8-bit RGBA rows. libpng reports errors through
+// longjmp; nothing with a destructor lives in this frame.
+bool Decode16(png_structp png, png_infop info, MemoryStream& stream, const Messages& messages,
+              std::vector<unsigned char>& pixels, std::vector<png_bytep>& rows, std::vector<unsigned char>& dib,
+              png_uint_32 width, png_uint_32 height, size_t stride, std::string& reason) {
+  if (setjmp(png_jmpbuf(png))) {
+    reason = std::string("the PNG data is damaged (") + messages.text + ")";
+    return false;
+  }
+  png_set_read_fn(png, &stream, ReadFromMemory);
+  png_read_info(png, info);
+  if (png_get_image_width(png, info) != width || png_get_image_height(png, info) != height)
+    png_error(png, "the header changed between reads");
+  png_set_expand(png);
+  png_set_gray_to_rgb(png);
+  png_set_scale_16(png);
+  png_set_add_alpha(png, 0xFF, PNG_FILLER_AFTER);
+  png_set_interlace_handling(png);
+  png_read_update_info(png, info);
+  pixels.resize(static_cast<size_t>(width) * height * 4);
+  rows.resize(height);
+  for (png_uint_32 y = 0; y < height; y++) rows[y] = pixels.data() + static_cast<size_t>(y) * width * 4;
+  png_read_image(png, rows.data());
+  for (png_uint_32 y = 0; y < height; y++) {
+    const unsigned char* p = rows[y];
+    unsigned char* q = dib.data() + 40 + (height - 1 - y) * stride;  // bottom-up
+    for (png_uint_32 x = 0; x < width; x++, p += 4, q += 3)
+      for (int c = 0; c < 3; c++) q[2 - c] = static_cast<unsigned char>((p[c] * p[3] + 255 * (255 - p[3]) + 127) / 255);
+  }
+  return true;
+}
+
+bool ReadPng16(const unsigned char* data, size_t size, std::vector<unsigned char>& dib, png_uint_32 width,
+               png_uint_32 height, size_t stride, std::string& reason) {
+  Messages messages{};
+  png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &messages, OnPngError, OnPngWarning);
+  png_infop info = png ? png_create_info_struct(png) : nullptr;
+  if (!info) {
+    png_destroy_read_struct(&png, nullptr, nullptr);
+    reason = "libpng could not start";
+    return false;
+  }
+  MemoryStream stream{data, size, 0};
+  std::vector<unsigned char> pixels;
+  std::vector<png_bytep> rows;
+  bool ok = false;
+  try {
+    ok = Decode16(png, info, stream, messages, pixels, rows, dib, width, height, stride, reason);
+  } catch (...) {
+    png_destroy_read_struct(&png, &info, nullptr);  // libpng's state is not freed by unwinding
+    throw;
+  }
+  png_destroy_read_struct(&png, &info, nullptr);
+  return ok;
+}
+
+}  // namespace
 
 bool ReadPng(const unsigned char* data, size_t size, std::vector<unsigned char>& dib, std::string& reason) {
   png_image image{};
@@ -23,6 +119,9 @@ bool ReadPng(const unsigned char* data, size_t size, std::vector<unsigned char>&
     png_image_free(&image);
     return false;
   }
+  // The bit depth sits at a fixed place in the header chunk, which
+  // png_image_begin_read has found first in the file and checked.
+  const bool sixteenBit = data[24] == 16;
   image.format = PNG_FORMAT_BGR;
   size_t stride = 0;
   try {
@@ -30,6 +129,11 @@ bool ReadPng(const unsigned char* data, size_t size, std::vector<unsigned char>&
   } catch (...) {
     png_image_free(&image);  // the reader's state is not freed by unwinding
     throw;
+  }
+  if (sixteenBit) {
+    const png_uint_32 width = image.width, height = image.height;
+    png_image_free(&image);
+    return ReadPng16(data, size, dib, width, height, stride, reason);
   }
   // Transparent pixels show the white of the fabric-less page.
   png_color background{255, 255, 255};

@@ -6,6 +6,7 @@
 #include "RasterDC.h"
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
+#include "cli/ImageLimits.h"
 
 namespace pictrace {
 namespace cli {
@@ -27,12 +28,16 @@ int RunPreview(const PreviewOptions& o) {
   engine.GetDIBSize(size);
   int width = o.width > 0 ? o.width : size.cx;
   int height = o.height > 0 ? o.height : size.cy;
+  // The preview's pixels are held whole too, so the picture's limit bounds them.
+  if (static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) > MaxImagePixels())
+    return Fail("--width " + std::to_string(width) + " --height " + std::to_string(height) + ": more than the limit of " +
+                std::to_string(MaxImagePixels()) + " pixels; --max-pixels N changes the limit");
   CRasterDC dc(width, height);
   RECT dest{0, 0, width, height};
   if (!engine.DrawDIB(&dc, &dest, FALSE)) return Fail(o.file + ": the picture could not be painted");
   std::string error;
   if (!WritePng(o.output, dc.GetBits(), width, height, dc.GetStride(), error)) return Fail(error);
-  std::cout << "preview: " << o.output << " (" << width << " x " << height << ")\n";
+  std::cerr << "preview: " << o.output << " (" << width << " x " << height << ")\n";
   return 0;
 }
 
@@ -43,6 +48,7 @@ Command AddPreviewCommand(CLI::App& parent) {
   CLI::App* app = parent.add_subcommand("preview", "Paint the loaded picture into a PNG");
   app->add_option("file", o->file, "PNG, JPEG or BMP picture")->required();
   app->add_option("-o,--output", o->output, "PNG file to write")->required();
+  AddMaxPixelsOption(app);
   app->add_option("--width", o->width, "width of the preview (default: the picture's)")
       ->check(CLI::Range(1, 32767));
   app->add_option("--height", o->height, "height of the preview (default: the picture's)")

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <fstream>
 
+#include "cli/ImageFile.h"
+
 namespace pictrace {
 
 namespace {
@@ -82,6 +84,8 @@ bool ParseHexColor(const std::string& s, COLORREF& color) {
 }
 
 bool LoadThreadTable(const std::string& path, std::vector<ThreadColor>& table, std::string& error) {
+  // A table of a few hundred threads is a few kilobytes; 16 MiB is plenty.
+  if (!CheckInputFile(path, 16ull << 20, error)) return false;
   std::ifstream in(path);
   if (!in) {
     error = path + ": cannot open the thread table";

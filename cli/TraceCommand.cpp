@@ -191,7 +191,7 @@ int RunTrace(const TraceOptions& o) {
     nBackground = background.regions.m_nRegions;
     if (!WriteFileBytes(o.background, FormatSvg(background, engine), error)) return Fail(error);
   }
-  std::ostream& report = SummaryStream(o.outputs);
+  std::ostream& report = std::cerr;  // standard output carries only the outputs
   report << "trace: " << doc.regions.m_nRegions << " regions in " << doc.colors.size()
          << " colours, " << width << " x " << height << " pixels";
   if (o.outputs[0] != "-") report << " -> " << o.outputs[0];  // the SVG
