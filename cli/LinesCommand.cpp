@@ -1,5 +1,5 @@
 // pictrace lines IN [-o OUT.svg] [--colors N] [--line-color #rrggbb ...]
-// [--json OUT.json] [--preview OUT.png]: thins the strokes of a line drawing
+// [--curves] [--tolerance T] [--json OUT.json] [--preview OUT.png]: thins the strokes of a line drawing
 // to one-pixel centre lines and writes them through the output writers; the
 // JSON keeps each line's tree links.
 #include <iostream>
@@ -20,6 +20,8 @@ struct LinesOptions {
   std::vector<std::string> outputs;  // one per output format
   int colors = 2;
   std::vector<std::string> lineColors;
+  bool curves = false;
+  double tolerance = 1.0;
 };
 
 int RunLines(const LinesOptions& o) {
@@ -48,6 +50,10 @@ int RunLines(const LinesOptions& o) {
   OutputDocument doc;
   TakeFrame(doc, engine, o.input);
   TakeLines(doc, engine);
+  if (o.curves) {
+    engine.SetCurveTolerance(o.tolerance);
+    CurveLines(doc, engine);
+  }
   doc.hasBackground = result.bBackground;
   doc.background = result.crBackground;
   if (!WriteOutputs(doc, engine, o.outputs, error)) return Fail(error);
@@ -77,6 +83,10 @@ Command AddLinesCommand(CLI::App& parent) {
   app->add_option("--line-color", o->lineColors,
                   "#rrggbb of a colour to thin (repeatable; default: every colour but the background)")
       ->allow_extra_args(false);
+  app->add_flag("--curves", o->curves, "fit smooth Bezier curves to the centre lines, their ends kept");
+  app->add_option("--tolerance", o->tolerance,
+                  "largest distance of the curves from the centre lines, in pixels (default 1)")
+      ->check(FiniteNumber(0.01, 50.0));
   return {app, [o]() { return RunLines(*o); }};
 }
 

@@ -64,6 +64,13 @@ void TakeLines(OutputDocument& doc, CPictrace& engine) {
   doc.lineColors = Copy(engine.m_arrLineColors);
 }
 
+void CurveLines(OutputDocument& doc, CPictrace& engine) {
+  for (int i = 0; i < doc.lines.m_nThinLines; i++) {
+    CPTThinLine& line = doc.lines.m_pThinLines[i];
+    for (int k = 0; k < line.m_nPolygonLines; k++) engine.ConvertToBezier(&line.m_pPolygonLines[k]);
+  }
+}
+
 std::string FormatFloat(float v) {
   char buf[32];
   auto r = std::to_chars(buf, buf + sizeof buf, v);

@@ -62,6 +62,10 @@ void TakeRegions(OutputDocument& doc, CPictrace& engine, const std::vector<Threa
                  bool bBackground = false);
 // The engine's centre lines and line colour list.
 void TakeLines(OutputDocument& doc, CPictrace& engine);
+// Turns the document's centre lines into Bezier curves with the engine's
+// fitter, within its curve tolerance; every line keeps its two ends, where
+// the lines of a tree meet.
+void CurveLines(OutputDocument& doc, CPictrace& engine);
 
 // The shortest decimal text that reads back as the same float: the one
 // number format of every writer.

@@ -3,8 +3,12 @@
 #include <cmath>
 #include <vector>
 
+#include <cstring>
+
 #include "Pictrace.h"
 #include "curve/BezierFit.h"
+#include "engine/OwnCurves.h"
+#include "engine/RegionOutput.h"
 
 namespace {
 
@@ -77,8 +81,67 @@ static double ToleranceInOutputUnits(CPictrace& engine) {
   return scale > 0.0 ? tol * scale : tol;
 }
 
+namespace {
+
+std::uint64_t PointKey(const CPTPoint& p) {
+  std::uint32_t x, y;
+  std::memcpy(&x, &p.x, sizeof x);
+  std::memcpy(&y, &p.y, sizeof y);
+  return (static_cast<std::uint64_t>(x) << 32) | y;
+}
+
+bool SameLines(const CPTLine* a, int n, const std::vector<CPTLine>& b) {
+  if (static_cast<size_t>(n) != b.size()) return false;
+  for (int i = 0; i < n; i++)
+    if (a[i].m_nType != b[i].m_nType || !SamePoint(a[i].m_ptStart, b[i].m_ptStart) || !SamePoint(a[i].m_ptEnd, b[i].m_ptEnd))
+      return false;
+  return true;
+}
+
+}  // namespace
+
+// The curve output's curve of the current outline whose straight output the
+// polygon is, or null. The outlines are taken once per output rectangle,
+// tolerance and result (CreateOutputPolygon drops them).
+static const std::vector<CPTLine>* OwnCurveOf(CPictrace& engine, const CPTPolygon& polygon) {
+  if (engine.m_listOutlineRegions.empty() || polygon.m_nLines <= 0 || !polygon.m_pLines) return nullptr;
+  COwnCurves*& own = engine.m_pOwnCurves;
+  const int w = engine.m_bmiHeader.biWidth, h = engine.m_bmiHeader.biHeight;
+  if (own && !(own->rect == engine.m_rcImageReal && own->tolerance == engine.m_dCurveTolerance && own->width == w &&
+               own->height == h && own->regions == engine.m_listOutlineRegions.size())) {
+    delete own;
+    own = nullptr;
+  }
+  if (!own) {
+    own = new COwnCurves;
+    own->rect = engine.m_rcImageReal;
+    own->tolerance = engine.m_dCurveTolerance;
+    own->width = w;
+    own->height = h;
+    own->regions = engine.m_listOutlineRegions.size();
+    using pictrace::engine::OutlinesInOutputUnits;
+    own->straight = OutlinesInOutputUnits(engine.m_listOutlineRegions, 0, own->rect, w, h, own->tolerance);
+    own->curves = OutlinesInOutputUnits(engine.m_listOutlineRegions, 1, own->rect, w, h, own->tolerance);
+    for (size_t i = 0; i < own->straight.size(); i++)
+      if (!own->straight[i].empty()) own->byStart.emplace(PointKey(own->straight[i][0].m_ptStart), i);
+  }
+  auto range = own->byStart.equal_range(PointKey(polygon.m_pLines[0].m_ptStart));
+  for (auto it = range.first; it != range.second; ++it)
+    if (SameLines(polygon.m_pLines, polygon.m_nLines, own->straight[it->second]) && !own->curves[it->second].empty())
+      return &own->curves[it->second];
+  return nullptr;
+}
+
 int CPictrace::ConvertToBezier(CPTPolygon* pPolygon) {
   if (!pPolygon) return 0;
+  if (const std::vector<CPTLine>* own = OwnCurveOf(*this, *pPolygon)) {
+    CPTLine* pNew = new CPTLine[own->size()];
+    for (size_t i = 0; i < own->size(); i++) pNew[i] = (*own)[i];
+    delete[] pPolygon->m_pLines;
+    pPolygon->m_pLines = pNew;
+    pPolygon->m_nLines = static_cast<int>(own->size());
+    return 1;
+  }
   return ReplaceLines(pPolygon->m_pLines, pPolygon->m_nLines, true, ToleranceInOutputUnits(*this));
 }
 

@@ -5,6 +5,7 @@
 #include "core/OutlineRecords.h"
 #include "segment/RegionGraph.h"
 #include "core/ThinLineRecords.h"
+#include "engine/OwnCurves.h"
 
 CPictrace::CPictrace()
     : m_pProgressWnd(nullptr),
@@ -37,7 +38,8 @@ CPictrace::CPictrace()
       m_dCurveTolerance(1.0),
       m_dStopTime(0.0),
       m_bStopped(0),
-      m_nSeedRegions(0) {
+      m_nSeedRegions(0),
+      m_pOwnCurves(nullptr) {
   m_bmiHeader.biWidth = 0;
   m_bmiHeader.biHeight = 0;
   // CIE L* without its linear toe; the product is rounded to float before
@@ -59,6 +61,8 @@ CPictrace::~CPictrace() {
 }
 
 void CPictrace::UnloadData() {
+  delete m_pOwnCurves;
+  m_pOwnCurves = nullptr;
   DeleteRegionList(m_pRegionHead);
   m_pRegionHead = nullptr;
   DeleteSnapshotList(m_pBlockRegions);

@@ -7,6 +7,7 @@
 #include "Pictrace.h"
 #include "core/Progress.h"
 #include "engine/RegionOutput.h"
+#include "engine/OwnCurves.h"
 #include "engine/TilingCurves.h"
 #include "core/OutputMapping.h"
 #include "core/OutlineRecords.h"
@@ -145,10 +146,36 @@ void CollectRegions(const std::list<COutlineRegion*>& regions, int nColors, cons
   }
 }
 
+std::vector<std::vector<CPTLine>> OutlinesInOutputUnits(std::list<COutlineRegion*>& regions, int nLineType,
+                                                        const CRect& rcReal, int nWidth, int nHeight,
+                                                        double dTolerance) {
+  double sx, sy;
+  OutputScale(rcReal, nWidth, nHeight, sx, sy);
+  std::unique_ptr<TilingCurves> curves;
+  if (nLineType != 0) curves.reset(new TilingCurves(ChainsOf(regions), nWidth, nHeight, dTolerance));
+  std::vector<std::vector<CPTLine>> out;
+  for (COutlineRegion* pRegion : regions)
+    for (INT_PTR k = 0; k <= pRegion->m_arrHoles.GetSize(); k++) {
+      CHole* pHole = k == 0 ? nullptr : pRegion->m_arrHoles[k - 1];
+      CPTPolygon built, mapped;
+      if (curves)
+        BuildCurvePolygon(&built, curves->OutlineCurve(out.size()), nHeight);
+      else
+        BuildStraightPolygon(&built, pHole ? pHole->m_pPoints : pRegion->m_pPoints,
+                             pHole ? pHole->m_nPoints : pRegion->m_nPoints, nHeight);
+      MapPolygon(mapped, &built, rcReal, sx, sy);
+      out.emplace_back(mapped.m_pLines, mapped.m_pLines + mapped.m_nLines);
+    }
+  return out;
+}
+
 }  // namespace engine
 }  // namespace pictrace
 
 void CPictrace::CreateOutputPolygon(int nLineType) {
+  // The curves kept for ConvertToBezier belong to the polygons built before.
+  delete m_pOwnCurves;
+  m_pOwnCurves = nullptr;
   pictrace::Progress progress = JobProgress();
   pictrace::engine::BuildOutputPolygons(m_listOutlineRegions, static_cast<int>(m_arrColorList.GetSize()),
                                         nLineType, m_bmiHeader.biWidth, m_bmiHeader.biHeight,

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <list>
+#include <vector>
 
 #include "Pictrace.h"
 #include "core/OutlineRecords.h"
@@ -25,6 +26,13 @@ void BuildOutputPolygons(std::list<COutlineRegion*>& regions, int nColors, int n
 // every point mapped into rcReal (a picture of nWidth x nHeight pixels).
 void CollectRegions(const std::list<COutlineRegion*>& regions, int nColors, const CRect& rcReal,
                     int nWidth, int nHeight, CPTRegions* pRegions);
+
+// Every outline of the list (a region's outline, then its holes; regions in
+// list order, whatever their colour) as GetRegions hands it out in output
+// units: straight lines for line type 0, the tiling curves otherwise.
+std::vector<std::vector<CPTLine>> OutlinesInOutputUnits(std::list<COutlineRegion*>& regions, int nLineType,
+                                                        const CRect& rcReal, int nWidth, int nHeight,
+                                                        double dTolerance);
 
 }  // namespace engine
 }  // namespace pictrace

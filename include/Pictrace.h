@@ -22,6 +22,7 @@ class COutlineThinline;
 class CRegion;
 class CNodeNeighbor;
 struct CRegionSnapshot;
+struct COwnCurves;
 namespace pictrace {
 class Progress;
 }
@@ -119,7 +120,10 @@ class PICTRACE_API CPictrace {
   // degrees) stay corners; elsewhere the curve keeps its tangent. The lines'
   // path stays within m_dCurveTolerance pixels of the curve: in output units
   // the tolerance is scaled by the smaller GetRegions scale (unscaled with no
-  // image or a zero output rectangle). Returns 1 on success; 0 for a null
+  // image or a zero output rectangle). A polygon that is one of the current
+  // outlines as GetRegions hands it out in straight lines gets that
+  // outline's curve from the curve output instead, so that neighbouring
+  // regions converted one by one still share their borders. Returns 1 on success; 0 for a null
   // object, no lines, or lines without two distinct points (left unchanged).
   // SetCurveTolerance ignores values that are not positive.
   int ConvertToBezier(CPTPolygon* pPolygon);
@@ -213,6 +217,7 @@ class PICTRACE_API CPictrace {
   double m_dStopTime;      // steady-clock seconds at which a segmentation stops; 0: never
   int m_bStopped;          // the last segmentation stopped there
   int m_nSeedRegions;      // seed regions of the last block stage
+  COwnCurves* m_pOwnCurves;  // the current outlines' curves for ConvertToBezier; null until asked
 
  protected:
   // --- lifecycle and progress

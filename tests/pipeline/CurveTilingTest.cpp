@@ -14,6 +14,8 @@
 #include <map>
 #include <unordered_map>
 
+#include "PictraceLineArt.h"
+#include "cli/OutputDocument.h"
 #include "common/TestImages.h"
 #include "core/OutlineRecords.h"
 #include "core/Progress.h"
@@ -285,6 +287,68 @@ TEST(CurveTiling, HandMadeBordersAndJunctions) {
     pictrace::engine::BuildOutputPolygons(e.m_listOutlineRegions, 1, 1, w, h, 1.0, silent);
     EXPECT_TRUE(LinesByRegion(e.m_listOutlineRegions) == before);
   }
+}
+
+// A host that converts the straight regions it got one by one gets the
+// curve output's curves, so neighbours still share their borders.
+TEST(CurveTiling, HostConvertedRegionsAreTheCurveOutput) {
+  std::vector<unsigned char> dib = testimg::LoadDib(testimg::ExamplePath("flag_kr.png"));
+  CPictrace e;
+  ASSERT_TRUE(e.SetDIBData(dib.data()));
+  e.SetImageRealRect(10, 20, 10 + 2 * e.m_bmiHeader.biWidth, 20 + 2 * e.m_bmiHeader.biHeight);
+  CDWordArray colors;
+  e.DoSegmentation(8, &colors, 1.0, 0, nullptr);
+  CPTRegions host, curved;
+  e.GetRegions(&host, 0);
+  e.GetRegions(&curved, 1);
+  ASSERT_EQ(host.m_nRegions, curved.m_nRegions);
+  for (int r = 0; r < host.m_nRegions; r++)
+    for (int k = 0; k < host.m_pRegions[r].m_nPolygons; k++) {
+      CPTPolygon& p = host.m_pRegions[r].m_pPolygons[k];
+      const CPTPolygon& want = curved.m_pRegions[r].m_pPolygons[k];
+      ASSERT_EQ(e.ConvertToBezier(&p), 1);
+      ASSERT_EQ(p.m_nLines, want.m_nLines) << r << " " << k;
+      for (int i = 0; i < p.m_nLines; i++)
+        EXPECT_TRUE(p.m_pLines[i].m_ptCtrl1.x == want.m_pLines[i].m_ptCtrl1.x && p.m_pLines[i].m_ptEnd.y == want.m_pLines[i].m_ptEnd.y);
+    }
+}
+
+// lines --curves: every centre line keeps its two ends (where the lines of a
+// tree meet) and its straight path stays within the tolerance of the curve.
+TEST(CurveTiling, CentreLinesAsCurvesKeepTheirEnds) {
+  std::vector<unsigned char> dib = testimg::LoadDib(testimg::ExamplePath("mug.png"));
+  CPictrace e;
+  ASSERT_TRUE(e.SetDIBData(dib.data()));
+  e.SetImageRealRect(0, 0, e.m_bmiHeader.biWidth, e.m_bmiHeader.biHeight);
+  pictrace::thinline::LineArtResult result;
+  std::string error;
+  ASSERT_TRUE(pictrace::thinline::RunLineArt(e, pictrace::thinline::LineArtOptions(), result, error)) << error;
+  pictrace::OutputDocument straight, curved;
+  pictrace::TakeLines(straight, e);
+  pictrace::TakeLines(curved, e);
+  pictrace::CurveLines(curved, e);
+  int before = 0, after = 0;
+  for (int i = 0; i < straight.lines.m_nThinLines; i++) {
+    const CPTPolygonLine &s = straight.lines.m_pThinLines[i].m_pPolygonLines[0], &c = curved.lines.m_pThinLines[i].m_pPolygonLines[0];
+    before += s.m_nLines, after += c.m_nLines;
+    if (s.m_nLines == 0) continue;  // a lone skeleton pixel
+    ASSERT_GT(c.m_nLines, 0);
+    EXPECT_TRUE(c.m_pLines[0].m_ptStart.x == s.m_pLines[0].m_ptStart.x && c.m_pLines[0].m_ptStart.y == s.m_pLines[0].m_ptStart.y);
+    EXPECT_TRUE(c.m_pLines[c.m_nLines - 1].m_ptEnd.x == s.m_pLines[s.m_nLines - 1].m_ptEnd.x &&
+                c.m_pLines[c.m_nLines - 1].m_ptEnd.y == s.m_pLines[s.m_nLines - 1].m_ptEnd.y);
+    std::vector<Piece> pieces;
+    for (int k = 0; k < c.m_nLines; k++) {
+      EXPECT_EQ(c.m_pLines[k].m_nType, 1);
+      std::vector<Point> pts = testimg::FlattenLine(c.m_pLines[k], 64);
+      for (size_t j = 1; j < pts.size(); j++) pieces.push_back({pts[j - 1], pts[j], 0});
+    }
+    for (int k = 0; k < s.m_nLines; k++) {
+      double best = 1e9;
+      for (const Piece& p : pieces) best = std::min(best, SegmentDistance({s.m_pLines[k].m_ptEnd.x, s.m_pLines[k].m_ptEnd.y}, p.a, p.b));
+      EXPECT_LE(best, 1.01) << "line " << i << " vertex " << k;
+    }
+  }
+  EXPECT_LT(after, before * 3 / 4);
 }
 
 std::vector<std::string> Pictures() {
