@@ -7,6 +7,7 @@ does not and exits 1 if there is any.
   core/      records every stage shares: include/, platform/
   segment/ outline/ thinline/  stages: core/, include/, platform/, themselves
   curve/     pure geometry: itself only
+  embroidery/ stitch geometry on output shapes: core/, include/, platform/
   engine/    the facade's members and the job drivers: anything but cli/
   cli/       the command line: include/, platform/ and itself
 
@@ -25,7 +26,9 @@ ALLOWED = {
     "outline": {"outline", "core", "include", "platform"},
     "thinline": {"thinline", "core", "include", "platform"},
     "curve": {"curve"},
-    "engine": {"engine", "core", "segment", "outline", "thinline", "curve", "include", "platform"},
+    "embroidery": {"embroidery", "core", "include", "platform"},
+    "engine": {"engine", "core", "segment", "outline", "thinline", "curve", "embroidery", "include",
+               "platform"},
     "cli": {"cli", "include", "platform"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.M)

@@ -5,7 +5,7 @@ set -euo pipefail
 PKGS=(cmake g++ make ninja-build pkg-config
       googletest libgtest-dev libgmock-dev libbenchmark-dev
       libcairo2-dev libpng-dev libjpeg-dev
-      libcli11-dev nlohmann-json3-dev libeigen3-dev
+      libcli11-dev nlohmann-json3-dev libeigen3-dev libpolyclipping-dev
       librsvg2-bin python3-minimal)
 missing=()
 for p in "${PKGS[@]}"; do
