@@ -20,7 +20,45 @@ struct LinesOptions {
   std::vector<std::string> outputs;  // one per output format
   int colors = 2;
   std::vector<std::string> lineColors;
+  EmbroideryOptions embroidery;  // size, curves, the digitizer's dialect
 };
+
+struct LinesRun {
+  CPictrace engine;
+  std::vector<unsigned char> dib;
+  thinline::LineArtResult result;
+  std::unique_ptr<OutputDocument> doc;
+};
+
+void TakeDocument(const LinesOptions& o, LinesRun& run) {
+  CPictrace& engine = run.engine;
+  run.doc = std::make_unique<OutputDocument>();
+  OutputDocument& doc = *run.doc;
+  TakeFrame(doc, engine, o.input);
+  TakeLines(doc, engine);
+  if (o.embroidery.Curves()) {
+    doc.lineType = 1;
+    for (int i = 0; i < doc.lines.m_nThinLines; i++)
+      if (doc.lines.m_pThinLines[i].m_nPolygonLines > 0) engine.ConvertToBezier(&doc.lines.m_pThinLines[i].m_pPolygonLines[0]);
+  }
+  doc.inkstitch = o.embroidery.inkstitch;
+  doc.hasBackground = run.result.bBackground;
+  doc.background = run.result.crBackground;
+}
+
+// The line-art job and its document. 0, or the exit code after a message.
+int LinesAt(const LinesOptions& o, const thinline::LineArtOptions& job, LinesRun& run) {
+  CPictrace& engine = run.engine;
+  if (!LoadIntoEngine(engine, o.input, run.dib)) return kExitFailure;
+  // By default one output unit per pixel: the engine's length thresholds are
+  // then the ones meant for a picture shown at its own size.
+  if (!SetOutputSize(engine, o.embroidery.size)) return kExitFailure;
+  std::string error;
+  if (!thinline::RunLineArt(engine, job, run.result, error)) return Fail(o.input + ": " + error);
+
+  TakeDocument(o, run);
+  return 0;
+}
 
 int RunLines(const LinesOptions& o) {
   std::string error;
@@ -33,25 +71,19 @@ int RunLines(const LinesOptions& o) {
     job.lineColors.push_back(c);
   }
 
-  CPictrace engine;
-  std::vector<unsigned char> dib;
-  if (!LoadIntoEngine(engine, o.input, dib)) return kExitFailure;
-  const int width = engine.m_bmiHeader.biWidth;
-  const int height = engine.m_bmiHeader.biHeight;
-  // One output unit per pixel: the engine's length thresholds are then the
-  // ones meant for a picture shown at its own size.
-  engine.SetImageRealRect(0, 0, width, height);
-
-  thinline::LineArtResult result;
-  if (!thinline::RunLineArt(engine, job, result, error)) return Fail(o.input + ": " + error);
-
-  OutputDocument doc;
-  TakeFrame(doc, engine, o.input);
-  TakeLines(doc, engine);
-  doc.hasBackground = result.bBackground;
-  doc.background = result.crBackground;
+  LinesRun run;
+  if (int rc = LinesAt(o, job, run)) return rc;
+  CPictrace& engine = run.engine;
+  if (o.embroidery.inkstitch) {
+    if (FitDesign(engine, *run.doc, o.embroidery.size)) TakeDocument(o, run);
+    CropToDesign(*run.doc);
+  }
+  const OutputDocument& doc = *run.doc;
+  const thinline::LineArtResult& result = run.result;
+  const int width = doc.imageWidth, height = doc.imageHeight;
   if (!WriteOutputs(doc, engine, o.outputs, error)) return Fail(error);
 
+  ReportSummary(doc, o.outputs);
   long points = 0;
   for (int i = 0; i < doc.lines.m_nThinLines; i++) points += doc.lines.m_pThinLines[i].m_pPolygonLines[0].m_nLines + 1;
   std::ostream& report = SummaryStream(o.outputs);
@@ -77,6 +109,7 @@ Command AddLinesCommand(CLI::App& parent) {
   app->add_option("--line-color", o->lineColors,
                   "#rrggbb of a colour to thin (repeatable; default: every colour but the background)")
       ->allow_extra_args(false);
+  AddEmbroideryOptions(app, o->embroidery);
   return {app, [o]() { return RunLines(*o); }};
 }
 

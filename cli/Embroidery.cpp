@@ -1,0 +1,331 @@
+#include "cli/Embroidery.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
+
+#include "cli/Length.h"
+
+namespace pictrace {
+
+namespace {
+
+using Chain = PathChain;
+
+const double kPi = 3.14159265358979323846;
+// Bezier lines are sampled this finely for lengths and moments.
+const int kCurveSamples = 16;
+
+PathPoint At(const PathLine& l, double t) {
+  PathPoint p;
+  if (l.type == 0) {
+    p.x = static_cast<float>(l.start.x + (l.end.x - l.start.x) * t);
+    p.y = static_cast<float>(l.start.y + (l.end.y - l.start.y) * t);
+    return p;
+  }
+  const double u = 1 - t, a = u * u * u, b = 3 * u * u * t, c = 3 * u * t * t, d = t * t * t;
+  p.x = static_cast<float>(a * l.start.x + b * l.c1.x + c * l.c2.x + d * l.end.x);
+  p.y = static_cast<float>(a * l.start.y + b * l.c1.y + c * l.c2.y + d * l.end.y);
+  return p;
+}
+
+// The chain as points: each line's start, samples along a curve, the last end.
+std::vector<PathPoint> Flatten(const Chain& chain) {
+  std::vector<PathPoint> points;
+  for (const PathLine& l : chain) {
+    const int n = l.type == 0 ? 1 : kCurveSamples;
+    for (int k = 0; k < n; k++) points.push_back(At(l, static_cast<double>(k) / n));
+  }
+  if (!chain.empty()) points.push_back(chain.back().end);
+  return points;
+}
+
+double Distance(const PathPoint& a, const PathPoint& b) { return std::hypot(a.x - b.x, a.y - b.y); }
+
+double ChainLength(const Chain& chain) {
+  const std::vector<PathPoint> p = Flatten(chain);
+  double length = 0;
+  for (size_t i = 1; i < p.size(); i++) length += Distance(p[i - 1], p[i]);
+  return length;
+}
+
+PathLine Reversed(const PathLine& l) {
+  PathLine r = l;
+  r.start = l.end, r.end = l.start;
+  r.c1 = l.c2, r.c2 = l.c1;
+  return r;
+}
+
+// --- joining centre lines: each line an edge between its end points; an
+// Euler walk through a helper vertex joined to every odd vertex covers the
+// edges in (odd vertices / 2) trails per component, or one closed trail.
+
+struct Step {
+  int line;
+  bool forward;
+};
+
+std::vector<std::vector<Step>> JoinLines(const std::vector<Chain>& lines) {
+  std::map<std::pair<float, float>, int> ids;
+  auto vertex = [&](const PathPoint& p) {
+    return ids.emplace(std::make_pair(p.x, p.y), static_cast<int>(ids.size())).first->second;
+  };
+  struct Edge {
+    int a, b, line;
+  };
+  std::vector<Edge> edges;
+  for (size_t i = 0; i < lines.size(); i++)
+    edges.push_back({vertex(lines[i].front().start), vertex(lines[i].back().end), static_cast<int>(i)});
+  const int helper = static_cast<int>(ids.size());
+  std::vector<std::vector<int>> adj(ids.size() + 1);
+  for (size_t e = 0; e < edges.size(); e++) {
+    adj[edges[e].a].push_back(static_cast<int>(e));
+    adj[edges[e].b].push_back(static_cast<int>(e));
+  }
+  for (int v = 0; v < helper; v++)
+    if (adj[v].size() % 2) {
+      edges.push_back({helper, v, -1});
+      adj[helper].push_back(static_cast<int>(edges.size() - 1));
+      adj[v].push_back(static_cast<int>(edges.size() - 1));
+    }
+  std::vector<char> used(edges.size(), 0);
+  std::vector<size_t> next(adj.size(), 0);
+  std::vector<std::vector<Step>> trails;
+  auto walk = [&](int start) {
+    // Hierholzer: the circuit comes off the stack backwards.
+    std::vector<std::pair<int, int>> stack{{start, -1}};  // vertex, edge that reached it
+    std::vector<int> circuit;
+    std::vector<int> at;
+    while (!stack.empty()) {
+      const int v = stack.back().first;
+      while (next[v] < adj[v].size() && used[adj[v][next[v]]]) next[v]++;
+      if (next[v] == adj[v].size()) {
+        circuit.push_back(stack.back().second);
+        at.push_back(v);
+        stack.pop_back();
+        continue;
+      }
+      const int e = adj[v][next[v]];
+      used[e] = 1;
+      stack.push_back({edges[e].a == v ? edges[e].b : edges[e].a, e});
+    }
+    // Walked forwards: at[k + 1] -> at[k] over circuit[k], from the end.
+    std::vector<Step> trail;
+    for (size_t k = circuit.size(); k-- > 0;) {
+      const int e = circuit[k];
+      if (e < 0) continue;
+      if (edges[e].line < 0) {
+        if (!trail.empty()) trails.push_back(trail);
+        trail.clear();
+        continue;
+      }
+      trail.push_back({edges[e].line, edges[e].a == at[k + 1]});
+    }
+    if (!trail.empty()) trails.push_back(trail);
+  };
+  if (!adj[helper].empty()) walk(helper);
+  for (size_t e = 0; e < edges.size(); e++)
+    if (!used[e]) walk(edges[e].a);
+  return trails;
+}
+
+// --- travelling order
+
+// Where a piece may be entered: (distance from p, node). A fill or a closed
+// path at any node of its (outer) ring, an open path at either end.
+std::pair<double, int> BestEntry(const StitchPiece& piece, const PathPoint& p) {
+  const Chain& ring = piece.rings.front();
+  std::pair<double, int> best{Distance(p, ring.front().start), 0};
+  if (piece.fill || piece.closed) {
+    for (size_t i = 1; i < ring.size(); i++)
+      best = std::min(best, std::make_pair(Distance(p, ring[i].start), static_cast<int>(i)));
+  } else {
+    best = std::min(best, std::make_pair(Distance(p, ring.back().end), -1));
+  }
+  return best;
+}
+
+// Enters the piece at the node BestEntry chose: a ring rotated to start
+// there, an open path reversed to start at its end (-1).
+void EnterAt(StitchPiece& piece, int node) {
+  Chain& ring = piece.rings.front();
+  if (node < 0) {
+    Chain reversed;
+    for (size_t i = ring.size(); i-- > 0;) reversed.push_back(Reversed(ring[i]));
+    ring = reversed;
+  } else {
+    std::rotate(ring.begin(), ring.begin() + node, ring.end());
+  }
+  piece.start = ring.front().start;
+  // A fill without an ending point ends where it started.
+  piece.end = piece.fill ? piece.start : ring.back().end;
+}
+
+void OrderPieces(std::vector<StitchPiece>& pieces, PathPoint& at, double& travel) {
+  for (size_t done = 0; done < pieces.size(); done++) {
+    size_t best = done;
+    std::pair<double, int> entry = BestEntry(pieces[done], at);
+    for (size_t i = done + 1; i < pieces.size(); i++) {
+      const std::pair<double, int> e = BestEntry(pieces[i], at);
+      if (e.first < entry.first) best = i, entry = e;
+    }
+    std::swap(pieces[done], pieces[best]);
+    EnterAt(pieces[done], entry.second);
+    travel += entry.first;
+    at = pieces[done].end;
+  }
+}
+
+StitchLayer& LayerFor(std::vector<StitchLayer>& layers, COLORREF color, bool fill) {
+  for (StitchLayer& layer : layers)
+    if (layer.color == color && layer.fill == fill) return layer;
+  layers.emplace_back();
+  layers.back().color = color;
+  layers.back().fill = fill;
+  layers.back().label = ColorToHex(color);
+  return layers.back();
+}
+
+}  // namespace
+
+bool DesignBounds(const StitchPlan& plan, double& left, double& top, double& right, double& bottom) {
+  bool any = false;
+  for (const StitchLayer& layer : plan.layers)
+    for (const StitchPiece& piece : layer.pieces)
+      for (const PathPoint& p : Flatten(piece.rings.front())) {
+        if (!any) left = right = p.x, top = bottom = p.y;
+        left = std::min(left, static_cast<double>(p.x)), right = std::max(right, static_cast<double>(p.x));
+        top = std::min(top, static_cast<double>(p.y)), bottom = std::max(bottom, static_cast<double>(p.y));
+        any = true;
+      }
+  return any && right > left && bottom > top;
+}
+
+double ChainArea(const Chain& chain) {
+  double area = 0;
+  for (const PathLine& l : chain) {
+    const double x0 = l.start.x, y0 = l.start.y, x3 = l.end.x, y3 = l.end.y;
+    if (l.type == 0) {
+      area += (x0 * y3 - x3 * y0) / 2;
+      continue;
+    }
+    const double x1 = l.c1.x, y1 = l.c1.y, x2 = l.c2.x, y2 = l.c2.y;
+    area += 3 * ((y3 - y0) * (x1 + x2) - (x3 - x0) * (y1 + y2) + y1 * (x0 - x2) - x1 * (y0 - y2) +
+                 y3 * (x2 + x0 / 3) - x3 * (y2 + y0 / 3)) / 20;
+  }
+  return area;
+}
+
+double FillAngle(const std::vector<Chain>& rings) {
+  // Area moments of the flattened rings, holes subtracted, about the origin
+  // and then about the centroid.
+  double a = 0, mx = 0, my = 0, sxx = 0, syy = 0, sxy = 0;
+  for (size_t r = 0; r < rings.size(); r++) {
+    const std::vector<PathPoint> p = Flatten(rings[r]);
+    double ra = 0, rmx = 0, rmy = 0, rxx = 0, ryy = 0, rxy = 0;
+    for (size_t i = 0; i + 1 < p.size(); i++) {
+      const double x0 = p[i].x, y0 = p[i].y, x1 = p[i + 1].x, y1 = p[i + 1].y, c = x0 * y1 - x1 * y0;
+      ra += c / 2;
+      rmx += (x0 + x1) * c / 6;
+      rmy += (y0 + y1) * c / 6;
+      rxx += (x0 * x0 + x0 * x1 + x1 * x1) * c / 12;
+      ryy += (y0 * y0 + y0 * y1 + y1 * y1) * c / 12;
+      rxy += (x0 * y1 + 2 * x0 * y0 + 2 * x1 * y1 + x1 * y0) * c / 24;
+    }
+    // The outer ring adds, holes take away, whichever way each one turns.
+    const double sign = (ra < 0 ? -1 : 1) * (r == 0 ? 1 : -1);
+    a += sign * ra, mx += sign * rmx, my += sign * rmy;
+    sxx += sign * rxx, syy += sign * ryy, sxy += sign * rxy;
+  }
+  if (a <= 0) return 0;
+  const double cx = mx / a, cy = my / a;
+  sxx -= a * cx * cx, syy -= a * cy * cy, sxy -= a * cx * cy;
+  if (std::fabs(sxx - syy) < 1e-9 * (sxx + syy) && std::fabs(sxy) < 1e-9 * (sxx + syy)) return 0;
+  // The axis in the picture's coordinates (y down); as seen, y points up.
+  const double down = 0.5 * std::atan2(2 * sxy, sxx - syy);
+  double degrees = std::round(-down * 180 / kPi);
+  while (degrees < 0) degrees += 180;
+  while (degrees >= 180) degrees -= 180;
+  return degrees;
+}
+
+const char* const kStitchModel =
+    "fill: rows 0.25 mm apart with 3 mm stitches (area / 0.75 mm^2) plus one underlay of rows 0.75 mm "
+    "apart (area / 2.25 mm^2); running stitch: 2.5 mm stitches (length / 2.5 mm, at least 1 per path)";
+
+double FillStitches(double areaMm2) { return areaMm2 / 0.75 + areaMm2 / 2.25; }
+
+double RunningStitches(double lengthMm) { return std::max(1.0, std::ceil(lengthMm / 2.5)); }
+
+StitchPlan PlanStitches(const OutputDocument& doc) {
+  StitchPlan plan;
+  long x, y;
+  doc.Page(x, y, plan.width, plan.height);
+  std::vector<StitchLayer> fills, lines;
+  for (int i = 0; doc.hasRegions && i < doc.regions.m_nRegions && doc.regions.m_pRegions; i++) {
+    const CPTRegion& r = doc.regions.m_pRegions[i];
+    StitchPiece piece;
+    piece.source = i;
+    piece.narrow = r.m_nRegionFlag == 1;
+    for (int k = 0; k < r.m_nPolygons && r.m_pPolygons; k++)
+      if (r.m_pPolygons[k].m_nLines > 0) piece.rings.push_back(ChainOf(r.m_pPolygons[k].m_pLines, r.m_pPolygons[k].m_nLines));
+    if (piece.rings.empty()) continue;
+    for (size_t k = 0; k < piece.rings.size(); k++)
+      piece.area += (k == 0 ? 1 : -1) * std::fabs(ChainArea(piece.rings[k]));
+    piece.angle = FillAngle(piece.rings);
+    StitchLayer& layer = LayerFor(fills, doc.PaintColor(r.m_nColorIndex), true);
+    const int n = r.m_nColorIndex;
+    if (!layer.inChart && n >= 1 && n <= static_cast<int>(doc.threads.size()) && doc.threads[n - 1].inTable) {
+      const ThreadEntry& t = doc.threads[n - 1];
+      layer.inChart = true, layer.name = t.name, layer.code = t.code;
+      layer.label = t.code.empty() ? t.name : t.name + " " + t.code;
+    }
+    layer.area += piece.area;
+    layer.pieces.push_back(std::move(piece));
+  }
+  // Centre lines, per colour, joined into trails.
+  const int nLineColors = doc.hasLines ? static_cast<int>(doc.lineColors.size()) : 0;
+  for (int n = 1; n <= nLineColors; n++) {
+    std::vector<Chain> chains;
+    std::vector<int> ids;
+    for (int i = 0; i < doc.lines.m_nThinLines && doc.lines.m_pThinLines; i++) {
+      const CPTThinLine& thin = doc.lines.m_pThinLines[i];
+      if (thin.m_nColorIndex != n || thin.m_nPolygonLines < 1 || thin.m_pPolygonLines[0].m_nLines < 1) continue;
+      chains.push_back(ChainOf(thin.m_pPolygonLines[0].m_pLines, thin.m_pPolygonLines[0].m_nLines));
+      ids.push_back(i);
+    }
+    if (chains.empty()) continue;
+    StitchLayer& layer = LayerFor(lines, doc.LineColor(n), false);
+    for (const std::vector<Step>& trail : JoinLines(chains)) {
+      StitchPiece piece;
+      piece.fill = false;
+      piece.source = ids[trail.front().line];
+      piece.lineCount = static_cast<int>(trail.size());
+      Chain path;
+      for (const Step& s : trail) {
+        const Chain& c = chains[s.line];
+        if (s.forward) path.insert(path.end(), c.begin(), c.end());
+        else
+          for (size_t k = c.size(); k-- > 0;) path.push_back(Reversed(c[k]));
+      }
+      piece.closed = path.front().start.x == path.back().end.x &&
+                     path.front().start.y == path.back().end.y;
+      piece.length = ChainLength(path);
+      layer.length += piece.length;
+      piece.rings.push_back(std::move(path));
+      layer.pieces.push_back(std::move(piece));
+    }
+  }
+  // Large fills first, smaller ones next, centre lines last.
+  std::stable_sort(fills.begin(), fills.end(), [](const StitchLayer& a, const StitchLayer& b) { return a.area > b.area; });
+  std::stable_sort(lines.begin(), lines.end(), [](const StitchLayer& a, const StitchLayer& b) { return a.length > b.length; });
+  plan.layers = std::move(fills);
+  for (StitchLayer& layer : lines) plan.layers.push_back(std::move(layer));
+  PathPoint at;
+  at.x = static_cast<float>(doc.output.left), at.y = static_cast<float>(doc.output.top);
+  for (StitchLayer& layer : plan.layers) OrderPieces(layer.pieces, at, plan.travel);
+  return plan;
+}
+
+}  // namespace pictrace
