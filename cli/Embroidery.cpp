@@ -162,7 +162,7 @@ void EnterAt(StitchPiece& piece, int node) {
   piece.end = piece.fill ? piece.start : ring.back().end;
 }
 
-void OrderPieces(std::vector<StitchPiece>& pieces, PathPoint& at, double& travel) {
+void OrderPieces(std::vector<StitchPiece>& pieces, PathPoint& at) {
   for (size_t done = 0; done < pieces.size(); done++) {
     size_t best = done;
     std::pair<double, int> entry = BestEntry(pieces[done], at);
@@ -172,9 +172,31 @@ void OrderPieces(std::vector<StitchPiece>& pieces, PathPoint& at, double& travel
     }
     std::swap(pieces[done], pieces[best]);
     EnterAt(pieces[done], entry.second);
-    travel += entry.first;
     at = pieces[done].end;
   }
+}
+
+// With the order fixed, each piece's entry chosen again to shorten the moves
+// both to it and on to the next piece: a fill ends where it started, so the
+// corner between two neighbours beats the one nearest to the previous only.
+void RefineEntries(const std::vector<StitchPiece*>& order, const PathPoint& origin) {
+  for (int pass = 0; pass < 2; pass++)
+    for (size_t i = 0; i < order.size(); i++) {
+      StitchPiece& p = *order[i];
+      const PathPoint from = i ? order[i - 1]->end : origin;
+      const PathChain& ring = p.rings.front();
+      auto cost = [&](const PathPoint& entry, const PathPoint& exit) {
+        return Distance(from, entry) + (i + 1 < order.size() ? Distance(exit, order[i + 1]->start) : 0.0);
+      };
+      int best = 0;
+      double bestCost = cost(ring.front().start, p.fill || p.closed ? ring.front().start : ring.back().end);
+      if (!p.fill && !p.closed && cost(ring.back().end, ring.front().start) < bestCost) best = -1;
+      for (size_t k = 1; (p.fill || p.closed) && k < ring.size(); k++) {
+        const double c = cost(ring[k].start, ring[k].start);
+        if (c < bestCost) bestCost = c, best = static_cast<int>(k);
+      }
+      EnterAt(p, best);
+    }
 }
 
 StitchLayer& LayerFor(std::vector<StitchLayer>& layers, COLORREF color, bool fill) {
@@ -202,17 +224,53 @@ bool DesignBounds(const StitchPlan& plan, double& left, double& top, double& rig
   return any && right > left && bottom > top;
 }
 
-double ChainArea(const Chain& chain) {
-  double area = 0;
-  for (const PathLine& l : chain) {
-    const double x0 = l.start.x, y0 = l.start.y, x3 = l.end.x, y3 = l.end.y;
-    if (l.type == 0) {
-      area += (x0 * y3 - x3 * y0) / 2;
-      continue;
+double FillArea(const std::vector<Chain>& rings) {
+  // Even-odd, as the SVG fills it: between consecutive vertex heights the
+  // covered width changes linearly (but where borders cross), so its value
+  // at mid-height times the height is the strip's area.
+  struct Edge {
+    double x0, y0, x1, y1;  // y0 < y1
+  };
+  std::vector<Edge> edges;
+  std::vector<double> ys;
+  for (const Chain& ring : rings) {
+    const std::vector<PathPoint> p = Flatten(ring);
+    for (size_t i = 0; i + 1 < p.size(); i++) {
+      ys.push_back(p[i].y);
+      if (p[i].y == p[i + 1].y) continue;
+      const bool up = p[i].y < p[i + 1].y;
+      const PathPoint& a = up ? p[i] : p[i + 1];
+      const PathPoint& b = up ? p[i + 1] : p[i];
+      edges.push_back({a.x, a.y, b.x, b.y});
     }
-    const double x1 = l.c1.x, y1 = l.c1.y, x2 = l.c2.x, y2 = l.c2.y;
-    area += 3 * ((y3 - y0) * (x1 + x2) - (x3 - x0) * (y1 + y2) + y1 * (x0 - x2) - x1 * (y0 - y2) +
-                 y3 * (x2 + x0 / 3) - x3 * (y2 + y0 / 3)) / 20;
+  }
+  std::sort(ys.begin(), ys.end());
+  ys.erase(std::unique(ys.begin(), ys.end()), ys.end());
+  std::sort(edges.begin(), edges.end(), [](const Edge& a, const Edge& b) { return a.y0 < b.y0; });
+  double area = 0;
+  size_t next = 0;
+  std::vector<Edge> active;
+  std::vector<double> xs, cuts;
+  auto xAt = [](const Edge& e, double y) { return e.x0 + (e.x1 - e.x0) * (y - e.y0) / (e.y1 - e.y0); };
+  for (size_t k = 0; k + 1 < ys.size(); k++) {
+    const double ya = ys[k], yb = ys[k + 1], y = (ya + yb) / 2;
+    while (next < edges.size() && edges[next].y0 < y) active.push_back(edges[next++]);
+    active.erase(std::remove_if(active.begin(), active.end(), [y](const Edge& e) { return e.y1 <= y; }), active.end());
+    // Where two borders cross within the strip, it is cut in two there.
+    cuts = {ya, yb};
+    for (size_t i = 0; i < active.size(); i++)
+      for (size_t j = i + 1; j < active.size(); j++) {
+        const double da = xAt(active[i], ya) - xAt(active[j], ya), db = xAt(active[i], yb) - xAt(active[j], yb);
+        if ((da < 0 && db > 0) || (da > 0 && db < 0)) cuts.push_back(ya + (yb - ya) * da / (da - db));
+      }
+    std::sort(cuts.begin(), cuts.end());
+    for (size_t c = 0; c + 1 < cuts.size(); c++) {
+      const double ym = (cuts[c] + cuts[c + 1]) / 2;
+      xs.clear();
+      for (const Edge& e : active) xs.push_back(xAt(e, ym));
+      std::sort(xs.begin(), xs.end());
+      for (size_t i = 0; i + 1 < xs.size(); i += 2) area += (xs[i + 1] - xs[i]) * (cuts[c + 1] - cuts[c]);
+    }
   }
   return area;
 }
@@ -271,8 +329,7 @@ StitchPlan PlanStitches(const OutputDocument& doc) {
     for (int k = 0; k < r.m_nPolygons && r.m_pPolygons; k++)
       if (r.m_pPolygons[k].m_nLines > 0) piece.rings.push_back(ChainOf(r.m_pPolygons[k].m_pLines, r.m_pPolygons[k].m_nLines));
     if (piece.rings.empty()) continue;
-    for (size_t k = 0; k < piece.rings.size(); k++)
-      piece.area += (k == 0 ? 1 : -1) * std::fabs(ChainArea(piece.rings[k]));
+    piece.area = FillArea(piece.rings);
     piece.angle = FillAngle(piece.rings);
     StitchLayer& layer = LayerFor(fills, doc.PaintColor(r.m_nColorIndex), true);
     const int n = r.m_nColorIndex;
@@ -324,7 +381,14 @@ StitchPlan PlanStitches(const OutputDocument& doc) {
   for (StitchLayer& layer : lines) plan.layers.push_back(std::move(layer));
   PathPoint at;
   at.x = static_cast<float>(doc.output.left), at.y = static_cast<float>(doc.output.top);
-  for (StitchLayer& layer : plan.layers) OrderPieces(layer.pieces, at, plan.travel);
+  const PathPoint origin = at;
+  std::vector<StitchPiece*> order;
+  for (StitchLayer& layer : plan.layers) {
+    OrderPieces(layer.pieces, at);
+    for (StitchPiece& piece : layer.pieces) order.push_back(&piece);
+  }
+  RefineEntries(order, origin);
+  for (size_t i = 0; i < order.size(); i++) plan.travel += Distance(i ? order[i - 1]->end : origin, order[i]->start);
   return plan;
 }
 

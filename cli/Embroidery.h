@@ -63,9 +63,9 @@ DesignReport SummarizeDesign(const StitchPlan& plan);  // ReportWriter.cpp
 bool DesignBounds(const StitchPlan& plan, double& left, double& top, double& right, double& bottom);
 
 // Geometry the plan is built from, exposed for the report and the tests.
-// The signed area of a closed chain (exact for Bezier lines), positive when
-// it turns clockwise as seen (the y axis points down).
-double ChainArea(const PathChain& chain);
+// The area the rings cover as the SVG fills them (even-odd), Bezier lines
+// sampled finely.
+double FillArea(const std::vector<PathChain>& rings);
 // The fill angle of rings (outer first, holes after): the direction of the
 // principal axis of their area, degrees in [0, 180), counter-clockwise as
 // seen; 0 for a shape without a long axis.

@@ -1,5 +1,6 @@
 #include "cli/ThreadTable.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 
@@ -109,13 +110,13 @@ bool ParseGimpPalette(std::istream& in, const std::string& source, std::vector<T
     int rgb[3];
     size_t pos = 0;
     for (int& v : rgb) {
-      const size_t b = trimmed.find_first_not_of(" \t", pos);
-      const size_t e = b == std::string::npos ? b : trimmed.find_first_not_of("0123456789", b);
-      if (b == std::string::npos || e == b || e - b > 3 || (e != std::string::npos && trimmed[e] != ' ' && trimmed[e] != '\t'))
+      const size_t b = std::min(trimmed.find_first_not_of(" \t", pos), trimmed.size());
+      const size_t e = std::min(trimmed.find_first_not_of("0123456789", b), trimmed.size());
+      if (e == b || e - b > 3 || (e < trimmed.size() && trimmed[e] != ' ' && trimmed[e] != '\t'))
         return fail("expected a colour as three numbers 0 to 255 and the thread's name and number");
       v = std::stoi(trimmed.substr(b, e - b));
       if (v > 255) return fail("colour value " + std::to_string(v) + " is above 255");
-      pos = e == std::string::npos ? trimmed.size() : e;
+      pos = e;
     }
     const std::string rest = Trim(trimmed.substr(pos));
     if (rest.empty()) return fail("the thread name is missing");
