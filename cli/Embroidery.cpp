@@ -130,18 +130,41 @@ std::vector<std::vector<Step>> JoinLines(const std::vector<Chain>& lines) {
   return trails;
 }
 
-// --- travelling order
+// --- travelling order. The digitizer starts a fill at its point nearest to
+// where the previous piece ended, and ends it wherever its last row falls;
+// so a fill may be left from anywhere on its border, a path from its end.
 
-// Where a piece may be entered: (distance from p, node). A fill or a closed
-// path at any node of its (outer) ring, an open path at either end.
-std::pair<double, int> BestEntry(const StitchPiece& piece, const PathPoint& p) {
+// Border points of a fill tried as exits and entries, at most about this many.
+const size_t kBorderSamples = 16;
+
+double Distance2(const PathPoint& a, const PathPoint& b) {
+  const double dx = a.x - b.x, dy = a.y - b.y;
+  return dx * dx + dy * dy;
+}
+
+std::vector<PathPoint> Exits(const StitchPiece& piece) {
+  if (!piece.fill) return {piece.end};
   const Chain& ring = piece.rings.front();
-  std::pair<double, int> best{Distance(p, ring.front().start), 0};
+  std::vector<PathPoint> out;
+  for (size_t i = 0; i < ring.size(); i += ring.size() / kBorderSamples + 1) out.push_back(ring[i].start);
+  return out;
+}
+
+// Where to enter the piece from any of the points: (squared distance,
+// node). A fill or a closed path at a node of its (outer) ring, an open path
+// at either end.
+std::pair<double, int> BestEntry(const StitchPiece& piece, const std::vector<PathPoint>& from) {
+  const Chain& ring = piece.rings.front();
+  std::pair<double, int> best{HUGE_VAL, 0};
+  auto consider = [&](const PathPoint& p, int node) {
+    for (const PathPoint& f : from) best = std::min(best, std::make_pair(Distance2(f, p), node));
+  };
   if (piece.fill || piece.closed) {
-    for (size_t i = 1; i < ring.size(); i++)
-      best = std::min(best, std::make_pair(Distance(p, ring[i].start), static_cast<int>(i)));
+    const size_t step = piece.fill ? ring.size() / kBorderSamples + 1 : 1;
+    for (size_t i = 0; i < ring.size(); i += step) consider(ring[i].start, static_cast<int>(i));
   } else {
-    best = std::min(best, std::make_pair(Distance(p, ring.back().end), -1));
+    consider(ring.front().start, 0);
+    consider(ring.back().end, -1);
   }
   return best;
 }
@@ -158,45 +181,23 @@ void EnterAt(StitchPiece& piece, int node) {
     std::rotate(ring.begin(), ring.begin() + node, ring.end());
   }
   piece.start = ring.front().start;
-  // A fill without an ending point ends where it started.
-  piece.end = piece.fill ? piece.start : ring.back().end;
+  piece.end = ring.back().end;
 }
 
-void OrderPieces(std::vector<StitchPiece>& pieces, PathPoint& at) {
+// Greedy: each next piece the one nearest to where the last one may end.
+void OrderPieces(std::vector<StitchPiece>& pieces, std::vector<PathPoint>& from, double& travel) {
   for (size_t done = 0; done < pieces.size(); done++) {
     size_t best = done;
-    std::pair<double, int> entry = BestEntry(pieces[done], at);
+    std::pair<double, int> entry = BestEntry(pieces[done], from);
     for (size_t i = done + 1; i < pieces.size(); i++) {
-      const std::pair<double, int> e = BestEntry(pieces[i], at);
+      const std::pair<double, int> e = BestEntry(pieces[i], from);
       if (e.first < entry.first) best = i, entry = e;
     }
     std::swap(pieces[done], pieces[best]);
     EnterAt(pieces[done], entry.second);
-    at = pieces[done].end;
+    travel += std::sqrt(entry.first);
+    from = Exits(pieces[done]);
   }
-}
-
-// With the order fixed, each piece's entry chosen again to shorten the moves
-// both to it and on to the next piece: a fill ends where it started, so the
-// corner between two neighbours beats the one nearest to the previous only.
-void RefineEntries(const std::vector<StitchPiece*>& order, const PathPoint& origin) {
-  for (int pass = 0; pass < 2; pass++)
-    for (size_t i = 0; i < order.size(); i++) {
-      StitchPiece& p = *order[i];
-      const PathPoint from = i ? order[i - 1]->end : origin;
-      const PathChain& ring = p.rings.front();
-      auto cost = [&](const PathPoint& entry, const PathPoint& exit) {
-        return Distance(from, entry) + (i + 1 < order.size() ? Distance(exit, order[i + 1]->start) : 0.0);
-      };
-      int best = 0;
-      double bestCost = cost(ring.front().start, p.fill || p.closed ? ring.front().start : ring.back().end);
-      if (!p.fill && !p.closed && cost(ring.back().end, ring.front().start) < bestCost) best = -1;
-      for (size_t k = 1; (p.fill || p.closed) && k < ring.size(); k++) {
-        const double c = cost(ring[k].start, ring[k].start);
-        if (c < bestCost) bestCost = c, best = static_cast<int>(k);
-      }
-      EnterAt(p, best);
-    }
 }
 
 StitchLayer& LayerFor(std::vector<StitchLayer>& layers, COLORREF color, bool fill) {
@@ -318,8 +319,8 @@ double RunningStitches(double lengthMm) { return std::max(1.0, std::ceil(lengthM
 
 StitchPlan PlanStitches(const OutputDocument& doc) {
   StitchPlan plan;
-  long x, y;
-  doc.Page(x, y, plan.width, plan.height);
+  long left, top;
+  doc.Page(left, top, plan.width, plan.height);
   std::vector<StitchLayer> fills, lines;
   for (int i = 0; doc.hasRegions && i < doc.regions.m_nRegions && doc.regions.m_pRegions; i++) {
     const CPTRegion& r = doc.regions.m_pRegions[i];
@@ -379,16 +380,13 @@ StitchPlan PlanStitches(const OutputDocument& doc) {
   std::stable_sort(lines.begin(), lines.end(), [](const StitchLayer& a, const StitchLayer& b) { return a.length > b.length; });
   plan.layers = std::move(fills);
   for (StitchLayer& layer : lines) plan.layers.push_back(std::move(layer));
-  PathPoint at;
-  at.x = static_cast<float>(doc.output.left), at.y = static_cast<float>(doc.output.top);
-  const PathPoint origin = at;
-  std::vector<StitchPiece*> order;
-  for (StitchLayer& layer : plan.layers) {
-    OrderPieces(layer.pieces, at);
-    for (StitchPiece& piece : layer.pieces) order.push_back(&piece);
-  }
-  RefineEntries(order, origin);
-  for (size_t i = 0; i < order.size(); i++) plan.travel += Distance(i ? order[i - 1]->end : origin, order[i]->start);
+  // A machine starts at the middle of the hoop.
+  long x, y, w, h;
+  doc.Page(x, y, w, h);
+  PathPoint origin;
+  origin.x = static_cast<float>(x + w / 2.0), origin.y = static_cast<float>(y + h / 2.0);
+  std::vector<PathPoint> from{origin};
+  for (StitchLayer& layer : plan.layers) OrderPieces(layer.pieces, from, plan.travel);
   return plan;
 }
 

@@ -196,7 +196,7 @@ TEST(Lines, JoinedIntoAsFewPathsAsTheJunctionsAllow) {
   ASSERT_EQ(plan.layers.size(), 1u);
   std::string shape;
   for (const StitchPiece& p : plan.layers[0].pieces) shape += std::to_string(p.lineCount) + (p.closed ? "c " : " ");
-  EXPECT_EQ(shape, "3 1 3c ");  // from the corner (0, 0) along the tail first
+  EXPECT_EQ(shape, "3c 3 1 ");  // from the middle (50, 50): the triangle, then the star from its tail
   EXPECT_NEAR(plan.layers[0].length, 40 + 10 + 2 * std::hypot(5, 10), 1e-4);
   // A real drawing: fewer running-stitch paths than centre lines.
   auto r = Pictrace("lines " + testimg::ExamplePath("mug.png") + " --width 80mm --inkstitch -o " + Dir().File("m.svg"));
