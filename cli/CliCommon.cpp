@@ -64,7 +64,6 @@ bool SetOutputSize(CPictrace& engine, const SizeRequest& size) {
     Fail(error);
     return false;
   }
-
   // The physical size scales the engine's thresholds (satin width, smallest
   // region), so that they mean what they say in millimetres.
   engine.SetImageRealRect(0, 0, w, h);

@@ -63,7 +63,7 @@ void AddEmbroideryOptions(CLI::App* app, EmbroideryOptions& options);
 bool SetOutputSize(CPictrace& engine, const SizeRequest& size);
 
 // For a digitizer the size asked for is the stitched design's (its pieces'
-// extent, without the background left out), not the picture's: scales the
+// extent once the background is left out), not the picture's: scales the
 // engine's output rectangle so that the design gets it (one side keeps the
 // proportions, both stretch). The shapes stay those traced at the picture's
 // size, only mapped anew; true when the rectangle changed and the results
