@@ -130,74 +130,131 @@ std::vector<std::vector<Step>> JoinLines(const std::vector<Chain>& lines) {
   return trails;
 }
 
-// --- travelling order. The digitizer starts a fill at its point nearest to
-// where the previous piece ended, and ends it wherever its last row falls;
-// so a fill may be left from anywhere on its border, a path from its end.
+// --- travelling order. The digitizer starts a fill at its border point
+// nearest to where the previous piece ended, and ends it there again; a path
+// it stitches from its start to its end. A move longer than 3 mm becomes a
+// jump with a trim.
 
-// Border points of a fill tried as exits and entries, at most about this many.
-const size_t kBorderSamples = 16;
+const double kLongestStep = 3 * kUnitsPerMm;
+// Larger layers keep the nearest-next order as it is.
+const size_t kReorderedPieces = 60;
 
 double Distance2(const PathPoint& a, const PathPoint& b) {
   const double dx = a.x - b.x, dy = a.y - b.y;
   return dx * dx + dy * dy;
 }
 
-std::vector<PathPoint> Exits(const StitchPiece& piece) {
-  if (!piece.fill) return {piece.end};
-  const Chain& ring = piece.rings.front();
-  std::vector<PathPoint> out;
-  for (size_t i = 0; i < ring.size(); i += ring.size() / kBorderSamples + 1) out.push_back(ring[i].start);
-  return out;
+// The point of segment a-b nearest to p.
+PathPoint Nearest(const PathPoint& a, const PathPoint& b, const PathPoint& p) {
+  const double dx = b.x - a.x, dy = b.y - a.y, l2 = dx * dx + dy * dy;
+  const double t = l2 > 0 ? std::max(0.0, std::min(1.0, ((p.x - a.x) * dx + (p.y - a.y) * dy) / l2)) : 0;
+  return {static_cast<float>(a.x + t * dx), static_cast<float>(a.y + t * dy)};
 }
 
-// Where to enter the piece from any of the points: (squared distance,
-// node). A fill or a closed path at a node of its (outer) ring, an open path
-// at either end.
-std::pair<double, int> BestEntry(const StitchPiece& piece, const std::vector<PathPoint>& from) {
+struct Entry {
+  double distance;
+  int node;      // the ring's node to start at; -1: an open path reversed
+  PathPoint at;  // where stitching enters
+};
+
+// Where the piece is entered from p: a fill at the point of its outer border
+// nearest to p (its ring then starts at that line), a closed path at its
+// nearest node, an open path at its nearer end.
+Entry BestEntry(const StitchPiece& piece, const PathPoint& p) {
   const Chain& ring = piece.rings.front();
-  std::pair<double, int> best{HUGE_VAL, 0};
-  auto consider = [&](const PathPoint& p, int node) {
-    for (const PathPoint& f : from) best = std::min(best, std::make_pair(Distance2(f, p), node));
-  };
-  if (piece.fill || piece.closed) {
-    const size_t step = piece.fill ? ring.size() / kBorderSamples + 1 : 1;
-    for (size_t i = 0; i < ring.size(); i += step) consider(ring[i].start, static_cast<int>(i));
-  } else {
-    consider(ring.front().start, 0);
-    consider(ring.back().end, -1);
+  Entry best{HUGE_VAL, 0, ring.front().start};
+  if (!piece.fill && !piece.closed) {
+    best.distance = Distance2(p, ring.front().start);
+    if (Distance2(p, ring.back().end) < best.distance) best = {Distance2(p, ring.back().end), -1, ring.back().end};
   }
+  for (size_t i = 0; (piece.fill || piece.closed) && i < ring.size(); i++) {
+    const PathPoint q = piece.fill ? Nearest(ring[i].start, ring[i].end, p) : ring[i].start;
+    const double d2 = Distance2(p, q);
+    if (d2 < best.distance) best = {d2, static_cast<int>(i), q};
+  }
+  best.distance = std::sqrt(best.distance);
   return best;
 }
 
-// Enters the piece at the node BestEntry chose: a ring rotated to start
-// there, an open path reversed to start at its end (-1).
-void EnterAt(StitchPiece& piece, int node) {
+// Enters the piece where BestEntry chose: a ring rotated to start at the
+// node, an open path reversed to start at its end.
+void EnterAt(StitchPiece& piece, const Entry& entry) {
   Chain& ring = piece.rings.front();
-  if (node < 0) {
+  if (entry.node < 0) {
     Chain reversed;
     for (size_t i = ring.size(); i-- > 0;) reversed.push_back(Reversed(ring[i]));
     ring = reversed;
   } else {
-    std::rotate(ring.begin(), ring.begin() + node, ring.end());
+    std::rotate(ring.begin(), ring.begin() + entry.node, ring.end());
   }
-  piece.start = ring.front().start;
-  piece.end = ring.back().end;
+  piece.start = piece.fill ? entry.at : ring.front().start;
+  piece.end = piece.fill ? entry.at : ring.back().end;
 }
 
-// Greedy: each next piece the one nearest to where the last one may end.
-void OrderPieces(std::vector<StitchPiece>& pieces, std::vector<PathPoint>& from, double& travel) {
-  for (size_t done = 0; done < pieces.size(); done++) {
-    size_t best = done;
-    std::pair<double, int> entry = BestEntry(pieces[done], from);
-    for (size_t i = done + 1; i < pieces.size(); i++) {
-      const std::pair<double, int> e = BestEntry(pieces[i], from);
-      if (e.first < entry.first) best = i, entry = e;
-    }
-    std::swap(pieces[done], pieces[best]);
-    EnterAt(pieces[done], entry.second);
-    travel += std::sqrt(entry.first);
-    from = Exits(pieces[done]);
+// Where stitching leaves the piece when entered there.
+PathPoint ExitOf(const StitchPiece& piece, const Entry& entry) {
+  const Chain& ring = piece.rings.front();
+  if (piece.fill) return entry.at;
+  if (entry.node < 0) return ring.front().start;
+  return piece.closed ? ring[static_cast<size_t>(entry.node)].start : ring.back().end;
+}
+
+// The moves of the pieces in this order from p: how many are jumps (longer
+// than kLongestStep), and their length.
+std::pair<int, double> Moves(const std::vector<StitchPiece>& pieces, const std::vector<size_t>& order, PathPoint p) {
+  std::pair<int, double> moves{0, 0.0};
+  for (size_t i : order) {
+    const Entry e = BestEntry(pieces[i], p);
+    moves.first += e.distance > kLongestStep;
+    moves.second += e.distance;
+    p = ExitOf(pieces[i], e);
   }
+  return moves;
+}
+
+// Nearest next, then single pieces moved elsewhere in the order while that
+// makes fewer jumps without longer moves, or shorter moves without more
+// jumps (on layers small enough for it).
+void OrderPieces(std::vector<StitchPiece>& pieces, PathPoint& at, double& travel) {
+  std::vector<size_t> order;
+  std::vector<char> used(pieces.size(), 0);
+  PathPoint p = at;
+  for (size_t k = 0; k < pieces.size(); k++) {
+    size_t best = 0;
+    Entry entry{HUGE_VAL, 0, p};
+    for (size_t i = 0; i < pieces.size(); i++) {
+      if (used[i]) continue;
+      const Entry e = BestEntry(pieces[i], p);
+      if (e.distance < entry.distance) best = i, entry = e;
+    }
+    used[best] = 1;
+    order.push_back(best);
+    p = ExitOf(pieces[best], entry);
+  }
+  std::pair<int, double> moves = Moves(pieces, order, at);
+  for (bool improved = pieces.size() <= kReorderedPieces; improved;) {
+    improved = false;
+    for (size_t i = 0; i < order.size() && !improved; i++)
+      for (size_t j = 0; j < order.size() && !improved; j++) {
+        if (i == j) continue;
+        std::vector<size_t> trial = order;
+        const size_t piece = trial[i];
+        trial.erase(trial.begin() + static_cast<long>(i));
+        trial.insert(trial.begin() + static_cast<long>(j), piece);
+        const std::pair<int, double> m = Moves(pieces, trial, at);
+        if ((m.first < moves.first && m.second <= moves.second) || (m.first <= moves.first && m.second < moves.second - 1e-6))
+          order = trial, moves = m, improved = true;
+      }
+  }
+  std::vector<StitchPiece> ordered;
+  for (size_t i : order) {
+    ordered.push_back(std::move(pieces[i]));
+    const Entry e = BestEntry(ordered.back(), at);
+    EnterAt(ordered.back(), e);
+    travel += e.distance;
+    at = ordered.back().end;
+  }
+  pieces = std::move(ordered);
 }
 
 StitchLayer& LayerFor(std::vector<StitchLayer>& layers, COLORREF color, bool fill) {
@@ -385,8 +442,8 @@ StitchPlan PlanStitches(const OutputDocument& doc) {
   doc.Page(x, y, w, h);
   PathPoint origin;
   origin.x = static_cast<float>(x + w / 2.0), origin.y = static_cast<float>(y + h / 2.0);
-  std::vector<PathPoint> from{origin};
-  for (StitchLayer& layer : plan.layers) OrderPieces(layer.pieces, from, plan.travel);
+  PathPoint at = origin;
+  for (StitchLayer& layer : plan.layers) OrderPieces(layer.pieces, at, plan.travel);
   return plan;
 }
 

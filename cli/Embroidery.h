@@ -1,7 +1,7 @@
 // The embroidery plan of an output document: what a digitizer stitches and in
 // which order. One layer per thread colour (fills by falling area, then
-// centre lines); within a layer the pieces in a greedy travelling order, each
-// next one nearest to where the previous one may end, entered there. Centre
+// centre lines); within a layer the pieces in a short travelling order, each
+// entered where it is nearest to where the previous one ended. Centre
 // lines of one colour are joined into as few continuous paths as their
 // junctions allow. Coordinates stay in output units (kUnitsPerMm per mm).
 #pragma once
@@ -25,8 +25,8 @@ struct StitchPiece {
   double length = 0;     // a path: output units
   double angle = 0;      // a fill: its long axis, degrees counter-clockwise from +x as seen
   bool narrow = false;   // a fill the engine flagged as a narrow strip
-  PathPoint start;        // where the ring or path starts: the entry
-  PathPoint end;          // where a path ends (a fill may end anywhere)
+  PathPoint start;        // where stitching enters: a fill's border point, a path's start
+  PathPoint end;          // where it leaves: the same point for a fill, a path's end
 };
 
 struct StitchLayer {
@@ -43,7 +43,7 @@ struct StitchLayer {
 struct StitchPlan {
   long width = 0, height = 0;       // output units
   std::vector<StitchLayer> layers;  // in stitch order
-  double travel = 0;                // output units between consecutive pieces' nearest points
+  double travel = 0;                // output units moved between consecutive pieces
 };
 
 StitchPlan PlanStitches(const OutputDocument& doc);
