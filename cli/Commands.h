@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "Pictrace.h"
+#include "cli/Length.h"
+#include "cli/OutputDocument.h"
 
 namespace pictrace {
 namespace cli {
@@ -49,6 +51,35 @@ void AddMaxPixelsOption(CLI::App* app);
 // A number from lo to hi (hi infinite: lo or larger). NaN and infinities are
 // refused like any other value out of range, with the option named.
 CLI::Validator FiniteNumber(double lo, double hi);
+
+// The size and embroidery options trace and lines share.
+struct EmbroideryOptions {
+  SizeRequest size;
+  bool inkstitch = false;
+  bool curves = false;
+  bool noCurves = false;
+  // Curves unless asked otherwise: by default only in the digitizer's dialect.
+  bool Curves() const { return curves || (inkstitch && !noCurves); }
+};
+void AddEmbroideryOptions(CLI::App* app, EmbroideryOptions& options);
+
+// Sets the engine's output rectangle from the size options once a picture is
+// loaded; false (after a message) when they are wrong.
+bool SetOutputSize(CPictrace& engine, const SizeRequest& size);
+
+// For a digitizer the size asked for is the stitched design's (its pieces'
+// extent once the background is left out), not the picture's: scales the
+// engine's output rectangle so that the design gets it (one side keeps the
+// proportions, both stretch). The shapes stay those traced at the picture's
+// size, only mapped anew; true when the rectangle changed and the results
+// are to be taken again.
+bool FitDesign(CPictrace& engine, const OutputDocument& doc, const SizeRequest& size);
+// The SVG page shrunk to the design's extent, rounded out to whole units.
+void CropToDesign(OutputDocument& doc);
+
+// With a design report among the outputs: its one-line summary on standard
+// error.
+void ReportSummary(const OutputDocument& doc, const std::vector<std::string>& outputs);
 
 // Exit code of a failed run.
 constexpr int kExitFailure = 1;

@@ -20,9 +20,46 @@ struct LinesOptions {
   std::vector<std::string> outputs;  // one per output format
   int colors = 2;
   std::vector<std::string> lineColors;
-  bool curves = false;
-  double tolerance = 1.0;
+  EmbroideryOptions embroidery;  // size, curves, the digitizer's dialect
+  double tolerance = 1.0;        // of the curves, in pixels
 };
+
+struct LinesRun {
+  CPictrace engine;
+  std::vector<unsigned char> dib;
+  thinline::LineArtResult result;
+  std::unique_ptr<OutputDocument> doc;
+};
+
+void TakeDocument(const LinesOptions& o, LinesRun& run) {
+  CPictrace& engine = run.engine;
+  run.doc = std::make_unique<OutputDocument>();
+  OutputDocument& doc = *run.doc;
+  TakeFrame(doc, engine, o.input);
+  TakeLines(doc, engine);
+  if (o.embroidery.Curves()) {
+    doc.lineType = 1;
+    engine.SetCurveTolerance(o.tolerance);
+    CurveLines(doc, engine);
+  }
+  doc.inkstitch = o.embroidery.inkstitch;
+  doc.hasBackground = run.result.bBackground;
+  doc.background = run.result.crBackground;
+}
+
+// The line-art job and its document. 0, or the exit code after a message.
+int LinesAt(const LinesOptions& o, const thinline::LineArtOptions& job, LinesRun& run) {
+  CPictrace& engine = run.engine;
+  if (!LoadIntoEngine(engine, o.input, run.dib)) return kExitFailure;
+  // By default one output unit per pixel: the engine's length thresholds are
+  // then the ones meant for a picture shown at its own size.
+  if (!SetOutputSize(engine, o.embroidery.size)) return kExitFailure;
+  std::string error;
+  if (!thinline::RunLineArt(engine, job, run.result, error)) return Fail(o.input + ": " + error);
+
+  TakeDocument(o, run);
+  return 0;
+}
 
 int RunLines(const LinesOptions& o) {
   std::string error;
@@ -35,29 +72,19 @@ int RunLines(const LinesOptions& o) {
     job.lineColors.push_back(c);
   }
 
-  CPictrace engine;
-  std::vector<unsigned char> dib;
-  if (!LoadIntoEngine(engine, o.input, dib)) return kExitFailure;
-  const int width = engine.m_bmiHeader.biWidth;
-  const int height = engine.m_bmiHeader.biHeight;
-  // One output unit per pixel: the engine's length thresholds are then the
-  // ones meant for a picture shown at its own size.
-  engine.SetImageRealRect(0, 0, width, height);
-
-  thinline::LineArtResult result;
-  if (!thinline::RunLineArt(engine, job, result, error)) return Fail(o.input + ": " + error);
-
-  OutputDocument doc;
-  TakeFrame(doc, engine, o.input);
-  TakeLines(doc, engine);
-  if (o.curves) {
-    engine.SetCurveTolerance(o.tolerance);
-    CurveLines(doc, engine);
+  LinesRun run;
+  if (int rc = LinesAt(o, job, run)) return rc;
+  CPictrace& engine = run.engine;
+  if (o.embroidery.inkstitch) {
+    if (FitDesign(engine, *run.doc, o.embroidery.size)) TakeDocument(o, run);
+    CropToDesign(*run.doc);
   }
-  doc.hasBackground = result.bBackground;
-  doc.background = result.crBackground;
+  const OutputDocument& doc = *run.doc;
+  const thinline::LineArtResult& result = run.result;
+  const int width = doc.imageWidth, height = doc.imageHeight;
   if (!WriteOutputs(doc, engine, o.outputs, error)) return Fail(error);
 
+  ReportSummary(doc, o.outputs);
   long points = 0;
   for (int i = 0; i < doc.lines.m_nThinLines; i++) points += doc.lines.m_pThinLines[i].m_pPolygonLines[0].m_nLines + 1;
   std::ostream& report = std::cerr;  // standard output carries only the outputs
@@ -83,9 +110,9 @@ Command AddLinesCommand(CLI::App& parent) {
   app->add_option("--line-color", o->lineColors,
                   "#rrggbb of a colour to thin (repeatable; default: every colour but the background)")
       ->allow_extra_args(false);
-  app->add_flag("--curves", o->curves, "fit smooth Bezier curves to the centre lines, their ends kept");
+  AddEmbroideryOptions(app, o->embroidery);
   app->add_option("--tolerance", o->tolerance,
-                  "largest distance of the curves from the centre lines, in pixels (default 1)")
+                  "largest distance of the curved centre lines from the straight ones, in pixels (default 1)")
       ->check(FiniteNumber(0.01, 50.0));
   return {app, [o]() { return RunLines(*o); }};
 }

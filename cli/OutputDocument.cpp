@@ -27,6 +27,18 @@ COLORREF OutputDocument::PaintColor(int n) const {
   return threads[static_cast<size_t>(n - 1)].color;
 }
 
+void OutputDocument::Page(long& x, long& y, long& w, long& h) const {
+  const RECT& r = page.right > page.left && page.bottom > page.top ? page : output;
+  x = r.left;
+  y = r.top;
+  w = r.right - r.left;
+  h = r.bottom - r.top;
+  if (w == 0 || h == 0) {
+    w = imageWidth;
+    h = imageHeight;
+  }
+}
+
 COLORREF OutputDocument::LineColor(int n) const { return Entry(lineColors, n); }
 
 void TakeFrame(OutputDocument& doc, CPictrace& engine, const std::string& source) {
@@ -69,6 +81,47 @@ void CurveLines(OutputDocument& doc, CPictrace& engine) {
     CPTThinLine& line = doc.lines.m_pThinLines[i];
     for (int k = 0; k < line.m_nPolygonLines; k++) engine.ConvertToBezier(&line.m_pPolygonLines[k]);
   }
+}
+
+PathChain ChainOf(const CPTLine* pLines, int nLines) {
+  PathChain chain;
+  for (int i = 0; i < nLines && pLines; i++) {
+    const CPTLine& l = pLines[i];
+    chain.push_back({l.m_nType, {l.m_ptStart.x, l.m_ptStart.y}, {l.m_ptCtrl1.x, l.m_ptCtrl1.y},
+                     {l.m_ptCtrl2.x, l.m_ptCtrl2.y}, {l.m_ptEnd.x, l.m_ptEnd.y}});
+  }
+  return chain;
+}
+
+namespace {
+
+void AppendPoint(std::string& d, const PathPoint& p) {
+  d += FormatFloat(p.x);
+  d += ' ';
+  d += FormatFloat(p.y);
+}
+
+}  // namespace
+
+std::string PathData(const PathChain& chain, bool bClosed) {
+  std::string d;
+  if (chain.empty()) return d;
+  d += 'M';
+  AppendPoint(d, chain[0].start);
+  for (const PathLine& l : chain) {
+    if (l.type == 0) {
+      d += 'L';
+    } else {
+      d += 'C';
+      AppendPoint(d, l.c1);
+      d += ' ';
+      AppendPoint(d, l.c2);
+      d += ' ';
+    }
+    AppendPoint(d, l.end);
+  }
+  if (bClosed) d += 'Z';
+  return d;
 }
 
 std::string FormatFloat(float v) {

@@ -33,6 +33,8 @@ struct OutputDocument {
   int imageHeight = 0;
   RECT output = {0, 0, 0, 0};  // the output rectangle the coordinates are in
   int lineType = 0;            // 0 straight lines, 1 cubic Beziers
+  bool inkstitch = false;      // the SVG in the embroidery digitizer's dialect
+  RECT page = {0, 0, 0, 0};    // the SVG page, when not the output rectangle
 
   // Regions (trace): a region's colour index n means colors[n - 1].
   bool hasRegions = false;
@@ -46,6 +48,11 @@ struct OutputDocument {
   bool hasBackground = false;  // the colour taken as background, if any
   COLORREF background = 0;
   CPTThinLines lines;
+
+  // The SVG page in output units: the page when set, else the output
+  // rectangle, else the picture in pixels offset by the rectangle's corner
+  // (with a rectangle of no size the engine keeps the coordinates in pixels).
+  void Page(long& x, long& y, long& w, long& h) const;
 
   // The colour a region of index n is painted with: its thread's when a
   // table was given, else its own; black for a stray index.
@@ -66,6 +73,21 @@ void TakeLines(OutputDocument& doc, CPictrace& engine);
 // fitter, within its curve tolerance; every line keeps its two ends, where
 // the lines of a tree meet.
 void CurveLines(OutputDocument& doc, CPictrace& engine);
+
+// A chain of outline or centre lines copied out of the result classes (which
+// own their arrays): what the embroidery plan rotates, reverses and joins.
+struct PathPoint {
+  float x = 0, y = 0;
+};
+struct PathLine {
+  int type = 0;  // 0 straight, 1 cubic Bezier through c1 and c2
+  PathPoint start, c1, c2, end;
+};
+using PathChain = std::vector<PathLine>;
+PathChain ChainOf(const CPTLine* pLines, int nLines);
+// SVG path data of a chain: "M x y L x y ..." with "C" for Bezier lines and
+// a closing "Z" when closed; empty for no lines.
+std::string PathData(const PathChain& chain, bool bClosed);
 
 // The shortest decimal text that reads back as the same float: the one
 // number format of every writer.

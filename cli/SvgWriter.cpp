@@ -1,48 +1,20 @@
 // SVG: one even-odd path per region (outer outline and holes), grouped by
 // colour in the order of the colour list; then one open path per centre
-// line, grouped by line colour. Coordinates are in output units.
+// line, grouped by line colour. Coordinates are in output units, 10 to the
+// millimetre, which the width and height in mm say.
 #include <sstream>
 
+#include "cli/Length.h"
 #include "cli/Writers.h"
 
 namespace pictrace {
 
 namespace {
 
-void AppendPoint(std::string& d, const CPTPoint& p) {
-  d += FormatFloat(p.x);
-  d += ' ';
-  d += FormatFloat(p.y);
-}
-
-// "M x y L x y ..." of a chain of lines, with "C" for Bezier lines and a
-// closing "Z" for a polygon. Empty for no lines.
-std::string ChainPath(const CPTLine* pLines, int nLines, bool bClosed) {
-  std::string d;
-  if (nLines <= 0 || !pLines) return d;
-  d += 'M';
-  AppendPoint(d, pLines[0].m_ptStart);
-  for (int i = 0; i < nLines; i++) {
-    const CPTLine& l = pLines[i];
-    if (l.m_nType == 0) {
-      d += 'L';
-    } else {
-      d += 'C';
-      AppendPoint(d, l.m_ptCtrl1);
-      d += ' ';
-      AppendPoint(d, l.m_ptCtrl2);
-      d += ' ';
-    }
-    AppendPoint(d, l.m_ptEnd);
-  }
-  if (bClosed) d += 'Z';
-  return d;
-}
-
 std::string RegionPath(const CPTRegion& region) {
   std::string d;
   for (int k = 0; k < region.m_nPolygons && region.m_pPolygons; k++) {
-    std::string figure = ChainPath(region.m_pPolygons[k].m_pLines, region.m_pPolygons[k].m_nLines, true);
+    std::string figure = PathData(ChainOf(region.m_pPolygons[k].m_pLines, region.m_pPolygons[k].m_nLines), true);
     if (figure.empty()) continue;
     if (!d.empty()) d += ' ';
     d += figure;
@@ -50,30 +22,20 @@ std::string RegionPath(const CPTRegion& region) {
   return d;
 }
 
-// The view box: the output rectangle, or the picture in pixels offset by the
-// rectangle's corner when the rectangle has no size (the engine then keeps
-// the coordinates in pixels).
-void ViewBox(const OutputDocument& doc, long& x, long& y, long& w, long& h) {
-  x = doc.output.left;
-  y = doc.output.top;
-  w = doc.output.right - doc.output.left;
-  h = doc.output.bottom - doc.output.top;
-  if (w == 0 || h == 0) {
-    w = doc.imageWidth;
-    h = doc.imageHeight;
-  }
-}
-
 }  // namespace
 
-std::string FormatSvg(const OutputDocument& doc, CPictrace&) {
+std::string SvgSize(const OutputDocument& doc) {
   long x, y, w, h;
-  ViewBox(doc, x, y, w, h);
+  doc.Page(x, y, w, h);
+  return "width=\"" + UnitsAsMm(w) + "\" height=\"" + UnitsAsMm(h) + "\" viewBox=\"" + std::to_string(x) + ' ' +
+         std::to_string(y) + ' ' + std::to_string(w) + ' ' + std::to_string(h) + '"';
+}
+
+std::string FormatSvg(const OutputDocument& doc, CPictrace& engine) {
+  if (doc.inkstitch) return FormatInkstitch(doc, engine);
   std::ostringstream out;
   out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      << "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\" width=\"" << w
-      << "\" height=\"" << h << "\" viewBox=\"" << x << ' ' << y << ' ' << w << ' ' << h
-      << "\">\n";
+      << "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\" " << SvgSize(doc) << ">\n";
   // Regions and lines come grouped by colour already; the scan per colour
   // keeps the grouping whatever order a hand-built result has.
   const int nColors = doc.hasRegions ? static_cast<int>(doc.colors.size()) : 0;
@@ -100,7 +62,7 @@ std::string FormatSvg(const OutputDocument& doc, CPictrace&) {
     for (int i = 0; i < doc.lines.m_nThinLines && doc.lines.m_pThinLines; i++) {
       const CPTThinLine& thin = doc.lines.m_pThinLines[i];
       if (thin.m_nColorIndex != n || thin.m_nPolygonLines < 1) continue;
-      std::string d = ChainPath(thin.m_pPolygonLines[0].m_pLines, thin.m_pPolygonLines[0].m_nLines, false);
+      std::string d = PathData(ChainOf(thin.m_pPolygonLines[0].m_pLines, thin.m_pPolygonLines[0].m_nLines), false);
       if (d.empty()) continue;
       if (!bOpen) {
         out << "<g id=\"line-color-" << n << "\" fill=\"none\" stroke=\"" << ColorToHex(doc.LineColor(n))

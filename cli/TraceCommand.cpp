@@ -19,8 +19,6 @@ namespace cli {
 
 namespace {
 
-// Largest output rectangle side, in output units; far beyond any hoop.
-const long kMaxOutputSide = 1000000;
 // The colour list of a segmentation holds at most 50 colours.
 const int kMaxColors = 50;
 
@@ -29,8 +27,8 @@ struct TraceOptions {
   std::vector<std::string> outputs;  // one per output format
   int colors = 8;
   int sensitivity = -1;  // -1: the engine's default
-  std::string size;      // "WxH" in output units; empty: the picture's size in pixels
-  bool curves = false;
+  EmbroideryOptions embroidery;  // size, curves, the digitizer's dialect
+  bool keepBackground = false;   // with --inkstitch: keep the frame's background colour
   double tolerance = 1.0;
   std::string mask;
   std::string threads;
@@ -55,30 +53,6 @@ bool ParsePoint(const std::string& text, int& x, int& y) {
   } catch (const std::exception&) {
     return false;
   }
-}
-
-bool ParseSize(const std::string& text, long& w, long& h, std::string& error) {
-  size_t x = text.find_first_of("xX");
-  bool ok = x != std::string::npos && x > 0 && x + 1 < text.size();
-  if (ok) {
-    try {
-      size_t endW = 0, endH = 0;
-      long long vw = std::stoll(text.substr(0, x), &endW);
-      long long vh = std::stoll(text.substr(x + 1), &endH);
-      ok = endW == x && endH == text.size() - x - 1;
-      if (ok && (vw < 1 || vh < 1 || vw > kMaxOutputSide || vh > kMaxOutputSide)) {
-        error = "--size " + text + ": width and height must be between 1 and " +
-                std::to_string(kMaxOutputSide);
-        return false;
-      }
-      w = static_cast<long>(vw);
-      h = static_cast<long>(vh);
-    } catch (const std::exception&) {
-      ok = false;
-    }
-  }
-  if (!ok) error = "--size " + text + ": expected WIDTHxHEIGHT, for example 1000x800";
-  return ok;
 }
 
 // The mask from a picture of the same size: black pixels are excluded (2),
@@ -107,27 +81,30 @@ bool LoadMask(const std::string& path, int width, int height, std::vector<int>& 
   return true;
 }
 
-int RunTrace(const TraceOptions& o) {
-  long outW = 0, outH = 0;
-  std::string error;
-  if (!o.size.empty() && !ParseSize(o.size, outW, outH, error)) return Fail(error);
-  if (!CheckOutputPaths(o.outputs, error)) return Fail(error);
-
-  std::vector<ThreadColor> table;
-  if (!o.threads.empty() && !LoadThreadTable(o.threads, table, error)) return Fail(error);
-
+// One engine's trace with its output document; the engine owns what the
+// document's arrays came from, so the two go together.
+struct TraceRun {
   CPictrace engine;
   std::vector<unsigned char> dib;
-  if (!LoadIntoEngine(engine, o.input, dib)) return kExitFailure;
+  std::vector<int> mask;
+  std::unique_ptr<OutputDocument> doc;
+};
+
+void TakeDocument(const TraceOptions& o, const std::vector<ThreadColor>& table, TraceRun& run) {
+  run.doc = std::make_unique<OutputDocument>();
+  TakeFrame(*run.doc, run.engine, o.input);
+  TakeRegions(*run.doc, run.engine, table);
+  run.doc->inkstitch = o.embroidery.inkstitch;
+}
+
+// Loads, segments and marks the picture, and takes the regions. 0, or the
+// exit code after a message.
+int TraceAt(const TraceOptions& o, const std::vector<ThreadColor>& table, TraceRun& run) {
+  CPictrace& engine = run.engine;
+  if (!LoadIntoEngine(engine, o.input, run.dib)) return kExitFailure;
   const int width = engine.m_bmiHeader.biWidth;
   const int height = engine.m_bmiHeader.biHeight;
-  if (o.size.empty()) {
-    outW = width;
-    outH = height;
-  }
-  // The physical size scales the engine's thresholds (satin width, smallest
-  // region); the default keeps one output unit per pixel.
-  engine.SetImageRealRect(0, 0, outW, outH);
+  if (!SetOutputSize(engine, o.embroidery.size)) return kExitFailure;
 
   // Marks name pixels with y from the top; the engine's rows run bottom-up.
   std::vector<std::pair<int, int>> marks;
@@ -140,10 +117,9 @@ int RunTrace(const TraceOptions& o) {
     marks.emplace_back(x, height - 1 - y);
   }
 
-  std::vector<int> mask;
   if (!o.mask.empty()) {
-    if (!LoadMask(o.mask, width, height, mask)) return kExitFailure;
-    engine.SetMASKData(mask.data());
+    if (!LoadMask(o.mask, width, height, run.mask)) return kExitFailure;
+    engine.SetMASKData(run.mask.data());
   }
 
   if (!table.empty()) {
@@ -153,7 +129,7 @@ int RunTrace(const TraceOptions& o) {
     engine.m_nThreadColorMode = o.threadMode;
   }
   if (o.sensitivity >= 0) engine.SetSegmentationSensitivity(o.sensitivity);
-  engine.SetOutputLineType(o.curves ? 1 : 0);
+  engine.SetOutputLineType(o.embroidery.Curves() ? 1 : 0);
   engine.SetCurveTolerance(o.tolerance);
 
   ProgressBarWnd bar(isatty(STDERR_FILENO) != 0, "tracing");
@@ -172,15 +148,32 @@ int RunTrace(const TraceOptions& o) {
 
   // The marks a host's user would make by clicking: the regions flagged
   // here are left out of the output and drawn hatched in the preview.
-  if (o.dropBackground) engine.MarkBackground();
+  // A digitizer would stitch the frame colour as one fill under everything.
+  if (o.dropBackground || (o.embroidery.inkstitch && !o.keepBackground)) engine.MarkBackground();
   for (const auto& m : marks)
     if (!engine.MarkRegion(m.first, m.second, 0))
       std::cerr << "pictrace: --mark " << m.first << "," << height - 1 - m.second
                 << ": no region there\n";
 
-  OutputDocument doc;
-  TakeFrame(doc, engine, o.input);
-  TakeRegions(doc, engine, table);
+  TakeDocument(o, table, run);
+  return 0;
+}
+
+int RunTrace(const TraceOptions& o) {
+  std::string error;
+  if (!CheckOutputPaths(o.outputs, error)) return Fail(error);
+
+  std::vector<ThreadColor> table;
+  if (!o.threads.empty() && !LoadThreadTable(o.threads, table, error)) return Fail(error);
+
+  TraceRun run;
+  if (int rc = TraceAt(o, table, run)) return rc;
+  CPictrace& engine = run.engine;
+  if (o.embroidery.inkstitch) {
+    if (FitDesign(engine, *run.doc, o.embroidery.size)) TakeDocument(o, table, run);
+    CropToDesign(*run.doc);
+  }
+  const OutputDocument& doc = *run.doc;
   if (!WriteOutputs(doc, engine, o.outputs, error)) return Fail(error);
   int nBackground = -1;
   if (!o.background.empty()) {
@@ -191,9 +184,10 @@ int RunTrace(const TraceOptions& o) {
     nBackground = background.regions.m_nRegions;
     if (!WriteFileBytes(o.background, FormatSvg(background, engine), error)) return Fail(error);
   }
+  ReportSummary(doc, o.outputs);
   std::ostream& report = std::cerr;  // standard output carries only the outputs
   report << "trace: " << doc.regions.m_nRegions << " regions in " << doc.colors.size()
-         << " colours, " << width << " x " << height << " pixels";
+         << " colours, " << doc.imageWidth << " x " << doc.imageHeight << " pixels";
   if (o.outputs[0] != "-") report << " -> " << o.outputs[0];  // the SVG
   if (nBackground >= 0) report << "; " << nBackground << " background regions -> " << o.background;
   report << "\n";
@@ -212,16 +206,15 @@ Command AddTraceCommand(CLI::App& parent) {
   app->add_option("--sensitivity", o->sensitivity,
                   "segmentation sensitivity, 0 to 100 (default 90); higher keeps more detail")
       ->check(CLI::Range(0, 100));
-  app->add_option("--size", o->size,
-                  "output size WIDTHxHEIGHT in output units (default: the picture's pixels)");
-  app->add_flag("--curves", o->curves, "fit cubic Bezier curves instead of straight lines");
+  AddEmbroideryOptions(app, o->embroidery);
   app->add_option("--tolerance", o->tolerance,
                   "largest distance of the outlines from the pixel boundaries, in pixels "
                   "(default 1)")
       ->check(FiniteNumber(0.01, 50.0));
   app->add_option("--mask", o->mask,
                   "picture of the same size whose black pixels are left out of every region");
-  app->add_option("--threads", o->threads, "thread table (CSV of name,code,#rrggbb)");
+  app->add_option("--threads", o->threads,
+                  "thread chart: CSV of name,code,#rrggbb or a GIMP palette (.gpl) as Ink/Stitch keeps them");
   app->add_option("--thread-mode", o->threadMode,
                   "thread matching: 0 hue distance, 1 the same with each thread once, "
                   "2 RGB distance, 3 RGB with each thread once (default 0)")
@@ -234,8 +227,11 @@ Command AddTraceCommand(CLI::App& parent) {
   app->add_option("--background", o->background,
                   "also write the background (the frame colour's regions, with holes where the "
                   "objects are) as SVG");
-  app->add_flag("--drop-background", o->dropBackground,
+  auto* drop = app->add_flag("--drop-background", o->dropBackground,
                "leave out the regions of the background colour (the largest colour on the frame)");
+  app->add_flag("--keep-background", o->keepBackground,
+                "with --inkstitch: keep the background colour, which is otherwise left out")
+      ->excludes(drop);
   app->add_option("--mark", o->marks,
                   "X,Y: toggle the region under pixel X,Y (Y from the top) in or out of the output; "
                   "repeatable")

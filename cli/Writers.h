@@ -14,6 +14,12 @@ namespace pictrace {
 std::string FormatSvg(const OutputDocument& doc, CPictrace& engine);   // SvgWriter.cpp
 std::string FormatJson(const OutputDocument& doc, CPictrace& engine);  // JsonWriter.cpp
 std::string FormatPng(const OutputDocument& doc, CPictrace& engine);   // PngWriter.cpp
+std::string FormatReport(const OutputDocument& doc, CPictrace& engine);  // ReportWriter.cpp
+// The SVG in the digitizer's dialect, which FormatSvg writes when
+// doc.inkstitch is set (InkstitchWriter.cpp).
+std::string FormatInkstitch(const OutputDocument& doc, CPictrace& engine);
+// The root's width and height in mm and its view box in output units.
+std::string SvgSize(const OutputDocument& doc);
 
 struct OutputFormat {
   const char* name;         // for messages: "the SVG"
@@ -28,6 +34,10 @@ inline const std::vector<OutputFormat>& OutputFormats() {
       {"SVG", "-o,--output", "SVG file to write (default: standard output)", "-", FormatSvg},
       {"JSON", "--json", "also write the result as JSON (docs/json-schema.md)", "", FormatJson},
       {"PNG preview", "--preview", "also paint the result into a PNG", "", FormatPng},
+      {"design report", "--report",
+       "also write an embroidery design report as JSON: size, threads, areas, estimated stitches, "
+       "travel, warnings",
+       "", FormatReport},
   };
   return formats;
 }

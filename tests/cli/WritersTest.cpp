@@ -58,7 +58,7 @@ TEST(Writers, RegionsAsSvgAndJson) {
   Sample s;
   s.hasRegions = true;
   EXPECT_EQ(FormatSvg(s, s.engine),
-            std::string(kHead) + "width=\"16\" height=\"1\" viewBox=\"0 0 16 1\">\n"
+            std::string(kHead) + "width=\"1.6mm\" height=\"0.1mm\" viewBox=\"0 0 16 1\">\n"
             "<g id=\"color-1\" fill=\"#ff0000\" fill-rule=\"evenodd\" stroke=\"none\">\n<path d=\"M5 5C5.5 9 5.5 9 7 5Z\"/>\n</g>\n"
             "<g id=\"color-2\" fill=\"#0000ff\" fill-rule=\"evenodd\" stroke=\"none\">\n"
             "<path d=\"M0 0L4 0L4 4L0 4L0 0Z M0.1 1L0.33333334 1L1 3e-05Z\"/>\n</g>\n</svg>\n");
@@ -76,7 +76,7 @@ TEST(Writers, RegionsAsSvgAndJson) {
   s.threads = {{RGB(0x12, 0x34, 0x56), true, "Ros\xE9", "007"}, {RGB(1, 2, 3), false, "", ""}};  // Latin-1
   const std::string svg = FormatSvg(s, s.engine);
   json = FormatJson(s, s.engine);
-  EXPECT_EQ(svg.find("width=\"8\" height=\"6\" viewBox=\"100 200 8 6\">\n<g id=\"color-1\" fill=\"#123456\""), 93u);
+  EXPECT_EQ(svg.find("width=\"0.8mm\" height=\"0.6mm\" viewBox=\"100 200 8 6\">\n<g id=\"color-1\" fill=\"#123456\""), 93u);
   EXPECT_NE(svg.find("id=\"color-2\" fill=\"#010203\""), std::string::npos);
   EXPECT_NE(json.find("\"threadColors\":[{\"code\":\"007\",\"color\":\"#123456\",\"name\":\"Ros\xEF\xBF\xBD\"},"
                       "{\"code\":null,\"color\":\"#010203\",\"name\":null}]"), std::string::npos) << json;
@@ -86,7 +86,7 @@ TEST(Writers, CentreLinesKeepTheirLinks) {
   Sample s;
   s.hasLines = s.hasBackground = true;
   EXPECT_EQ(FormatSvg(s, s.engine),
-            std::string(kHead) + "width=\"16\" height=\"1\" viewBox=\"0 0 16 1\">\n"
+            std::string(kHead) + "width=\"1.6mm\" height=\"0.1mm\" viewBox=\"0 0 16 1\">\n"
             "<g id=\"line-color-1\" fill=\"none\" stroke=\"#000000\" stroke-width=\"1\">\n"
             "<path id=\"line1\" d=\"M1 2.5L3 4L5 0.1\"/>\n</g>\n"
             "<g id=\"line-color-2\" fill=\"none\" stroke=\"#008000\" stroke-width=\"1\">\n"
