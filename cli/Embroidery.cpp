@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include "PictraceEmbroidery.h"
 #include "cli/Length.h"
 
 namespace pictrace {
@@ -181,9 +182,12 @@ Entry BestEntry(const StitchPiece& piece, const PathPoint& p) {
 void EnterAt(StitchPiece& piece, const Entry& entry) {
   Chain& ring = piece.rings.front();
   if (entry.node < 0) {
-    Chain reversed;
-    for (size_t i = ring.size(); i-- > 0;) reversed.push_back(Reversed(ring[i]));
-    ring = reversed;
+    // A satin column's rails run the same way: both turn round.
+    for (size_t k = 0; k < (piece.satin ? 2u : 1u); k++) {
+      Chain reversed;
+      for (size_t i = piece.rings[k].size(); i-- > 0;) reversed.push_back(Reversed(piece.rings[k][i]));
+      piece.rings[k] = reversed;
+    }
   } else {
     std::rotate(ring.begin(), ring.begin() + entry.node, ring.end());
   }
@@ -265,6 +269,77 @@ StitchLayer& LayerFor(std::vector<StitchLayer>& layers, COLORREF color, bool fil
   layers.back().fill = fill;
   layers.back().label = ColorToHex(color);
   return layers.back();
+}
+
+// --- strips and underlap, from the library's stitch geometry.
+
+Chain StraightChain(const embroidery::Path& points, bool closed) {
+  Chain chain;
+  const size_t n = points.size();
+  for (size_t i = 0; i + 1 < n + (closed ? 1 : 0); i++) {
+    PathLine l;
+    l.start = {static_cast<float>(points[i].x), static_cast<float>(points[i].y)};
+    l.end = {static_cast<float>(points[(i + 1) % n].x), static_cast<float>(points[(i + 1) % n].y)};
+    chain.push_back(l);
+  }
+  return chain;
+}
+
+const double kFlatness = 0.25;  // output units: curves flattened for the geometry
+
+// A strip's satin columns, or its running stitches when it is under 1 mm;
+// nothing when it stays a fill.
+std::vector<StitchPiece> StripPieces(const CPTRegion& region, int source) {
+  const embroidery::StripStitches st =
+      embroidery::StripToStitches(embroidery::FlattenRegion(region, kFlatness), embroidery::StripOptions());
+  std::vector<StitchPiece> pieces;
+  for (const embroidery::SatinColumn& c : st.columns) {
+    StitchPiece p;
+    p.fill = false, p.satin = true, p.closed = false, p.narrow = true, p.source = source;
+    p.rings = {StraightChain(c.rails[0], false), StraightChain(c.rails[1], false)};
+    for (const embroidery::Path& rung : c.rungs) p.rings.push_back(StraightChain(rung, false));
+    p.length = c.dLength, p.widthMin = c.dMinWidth, p.widthMax = c.dMaxWidth;
+    if (p.rings[0].empty() || p.rings[1].empty()) continue;
+    pieces.push_back(std::move(p));
+  }
+  for (const embroidery::Path& run : st.runs) {
+    StitchPiece p;
+    p.fill = false, p.closed = false, p.narrow = true, p.source = source;
+    p.rings = {StraightChain(run, false)};
+    if (p.rings[0].empty()) continue;
+    p.length = ChainLength(p.rings[0]);
+    pieces.push_back(std::move(p));
+  }
+  return pieces;
+}
+
+// Grows every fill of the plan under the regions stitched after it (in the
+// plan's order, a region ranked by its first piece); regions not in the plan
+// count as stitched first, so nothing grows into them.
+void ApplyUnderlap(StitchPlan& plan, const OutputDocument& doc) {
+  const int n = doc.hasRegions && doc.regions.m_pRegions ? doc.regions.m_nRegions : 0;
+  std::vector<embroidery::Shape> shapes;
+  for (int i = 0; i < n; i++) shapes.push_back(embroidery::FlattenRegion(doc.regions.m_pRegions[i], kFlatness));
+  std::vector<int> rank(static_cast<size_t>(n), -1);
+  int next = 0;
+  for (const StitchLayer& layer : plan.layers)
+    for (const StitchPiece& piece : layer.pieces)
+      if (layer.fill && piece.source >= 0 && piece.source < n && rank[piece.source] < 0) rank[piece.source] = next++;
+  std::vector<double> area;
+  const std::vector<std::vector<embroidery::Shape>> grown = embroidery::Underlap(shapes, rank, doc.underlap, &area);
+  for (StitchLayer& layer : plan.layers)
+    for (StitchPiece& piece : layer.pieces) {
+      if (!layer.fill || !piece.fill || piece.source < 0 || piece.source >= n || area[piece.source] <= 0) continue;
+      // One connected piece in one path; should growth ever come apart, the largest part.
+      const std::vector<embroidery::Shape>& parts = grown[piece.source];
+      size_t best = 0;
+      for (size_t k = 1; k < parts.size(); k++)
+        if (embroidery::ShapeArea(parts[k]) > embroidery::ShapeArea(parts[best])) best = k;
+      if (parts.empty()) continue;
+      piece.rings.clear();
+      for (const embroidery::Ring& ring : parts[best]) piece.rings.push_back(StraightChain(ring, true));
+      layer.underlap += area[piece.source];
+    }
 }
 
 }  // namespace
@@ -368,11 +443,19 @@ double FillAngle(const std::vector<Chain>& rings) {
 
 const char* const kStitchModel =
     "fill: rows 0.25 mm apart with 3 mm stitches (area / 0.75 mm^2) plus one underlay of rows 0.75 mm "
-    "apart (area / 2.25 mm^2); running stitch: 2.5 mm stitches (length / 2.5 mm, at least 1 per path)";
+    "apart (area / 2.25 mm^2); running stitch: 2.5 mm stitches (length / 2.5 mm, at least 1 per path); "
+    "satin: zigzags 0.4 mm apart, two stitches each (length / 0.2 mm)";
 
 double FillStitches(double areaMm2) { return areaMm2 / 0.75 + areaMm2 / 2.25; }
 
 double RunningStitches(double lengthMm) { return std::max(1.0, std::ceil(lengthMm / 2.5)); }
+
+double SatinStitches(double lengthMm) { return std::max(2.0, std::ceil(lengthMm / 0.4) * 2); }
+
+double PieceStitches(const StitchPiece& piece) {
+  if (piece.fill) return FillStitches(piece.area / (kUnitsPerMm * kUnitsPerMm));
+  return piece.satin ? SatinStitches(piece.length / kUnitsPerMm) : RunningStitches(piece.length / kUnitsPerMm);
+}
 
 StitchPlan PlanStitches(const OutputDocument& doc) {
   StitchPlan plan;
@@ -390,6 +473,8 @@ StitchPlan PlanStitches(const OutputDocument& doc) {
     piece.area = FillArea(piece.rings);
     piece.angle = FillAngle(piece.rings);
     StitchLayer& layer = LayerFor(fills, doc.PaintColor(r.m_nColorIndex), true);
+    std::vector<StitchPiece> strip;
+    if (doc.satin && piece.narrow) strip = StripPieces(r, i);
     const int n = r.m_nColorIndex;
     if (!layer.inChart && n >= 1 && n <= static_cast<int>(doc.threads.size()) && doc.threads[n - 1].inTable) {
       const ThreadEntry& t = doc.threads[n - 1];
@@ -397,7 +482,8 @@ StitchPlan PlanStitches(const OutputDocument& doc) {
       layer.label = t.code.empty() ? t.name : t.name + " " + t.code;
     }
     layer.area += piece.area;
-    layer.pieces.push_back(std::move(piece));
+    if (strip.empty()) layer.pieces.push_back(std::move(piece));
+    for (StitchPiece& p : strip) layer.pieces.push_back(std::move(p));
   }
   // Centre lines, per colour, joined into trails.
   const int nLineColors = doc.hasLines ? static_cast<int>(doc.lineColors.size()) : 0;
@@ -444,6 +530,7 @@ StitchPlan PlanStitches(const OutputDocument& doc) {
   origin.x = static_cast<float>(x + w / 2.0), origin.y = static_cast<float>(y + h / 2.0);
   PathPoint at = origin;
   for (StitchLayer& layer : plan.layers) OrderPieces(layer.pieces, at, plan.travel);
+  if (doc.underlap > 0) ApplyUnderlap(plan, doc);
   return plan;
 }
 

@@ -13,10 +13,12 @@
 
 namespace pictrace {
 
-// One stitched object: a fill (a region: outer ring first, then its holes)
-// or a running-stitch path (one chain of lines, open or closed).
+// One stitched object: a fill (a region: outer ring first, then its holes),
+// a running-stitch path (one chain of lines, open or closed) or a satin
+// column (its two rails, then its rungs).
 struct StitchPiece {
   bool fill = true;
+  bool satin = false;
   int source = -1;  // the region's index, or the first centre line's
   std::vector<PathChain> rings;
   bool closed = true;    // a path that ends where it starts
@@ -24,7 +26,8 @@ struct StitchPiece {
   double area = 0;       // a fill: square output units, holes taken out
   double length = 0;     // a path: output units
   double angle = 0;      // a fill: its long axis, degrees counter-clockwise from +x as seen
-  bool narrow = false;   // a fill the engine flagged as a narrow strip
+  bool narrow = false;   // a region the engine flagged as a narrow strip
+  double widthMin = 0, widthMax = 0;  // a satin column's width, rail to rail
   PathPoint start;        // where stitching enters: a fill's border point, a path's start
   PathPoint end;          // where it leaves: the same point for a fill, a path's end
 };
@@ -37,6 +40,7 @@ struct StitchLayer {
   std::string label;     // "name code", or the colour's #rrggbb without a chart
   double area = 0;       // square output units
   double length = 0;     // output units of running stitch
+  double underlap = 0;   // square output units its fills grew under later neighbours
   std::vector<StitchPiece> pieces;  // in stitch order
 };
 
@@ -75,5 +79,8 @@ double FillAngle(const std::vector<PathChain>& rings);
 extern const char* const kStitchModel;
 double FillStitches(double areaMm2);
 double RunningStitches(double lengthMm);
+double SatinStitches(double lengthMm);
+// Estimated stitches of one piece under the model.
+double PieceStitches(const StitchPiece& piece);
 
 }  // namespace pictrace

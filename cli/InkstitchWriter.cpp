@@ -2,7 +2,7 @@
 // element, one layer per thread in stitch order, labelled with the thread's
 // name and code; every fill a path per connected piece with its holes and a
 // fill angle along its long axis; every running stitch a stroked path
-// without fill. Sizes in mm, coordinates in output units.
+// without fill; every satin column a stroked path of its rails and rungs. Sizes in mm, coordinates in output units.
 #include <cmath>
 #include <sstream>
 
@@ -62,6 +62,12 @@ std::string FormatInkstitch(const OutputDocument& doc, CPictrace&) {
         for (const PathChain& ring : piece.rings) d += (d.empty() ? "" : " ") + PathData(ring, true);
         out << "<path style=\"fill:" << ColorToHex(layer.color) << ";fill-rule:evenodd;stroke:none\" inkstitch:angle=\""
             << piece.angle << "\" d=\"" << d << "\"/>\n";
+      } else if (piece.satin) {
+        // Rails first, then the rungs, each an open sub-path.
+        std::string d;
+        for (const PathChain& part : piece.rings) d += (d.empty() ? "" : " ") + PathData(part, false);
+        out << "<path style=\"fill:none;stroke:" << ColorToHex(layer.color)
+            << ";stroke-width:3\" inkstitch:satin_column=\"true\" d=\"" << d << "\"/>\n";
       } else {
         out << "<path style=\"fill:none;stroke:" << ColorToHex(layer.color)
             << ";stroke-width:3\" inkstitch:running_stitch_length_mm=\"2.5\" d=\""

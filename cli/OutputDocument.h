@@ -35,6 +35,11 @@ struct OutputDocument {
   int lineType = 0;            // 0 straight lines, 1 cubic Beziers
   bool inkstitch = false;      // the SVG in the embroidery digitizer's dialect
   RECT page = {0, 0, 0, 0};    // the SVG page, when not the output rectangle
+  // The embroidery plan: strips the engine flags narrow as satin columns (a
+  // running stitch under 1 mm), and fills grown by `underlap` output units
+  // under the neighbours stitched after them.
+  bool satin = false;
+  double underlap = 0;
 
   // Regions (trace): a region's colour index n means colors[n - 1].
   bool hasRegions = false;

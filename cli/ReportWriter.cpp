@@ -1,7 +1,8 @@
 // The embroidery design report (JSON): the design's size in mm; per thread,
 // in stitch order, its name and code, area, pieces and estimated stitches
 // under a stated model; the travel between pieces; warnings for pieces too
-// small to stitch and strips too narrow for a fill.
+// small to stitch and strips too narrow for a fill; the satin columns with
+// their lengths and widths, and the underlap each thread's fills took.
 #include <cmath>
 #include <nlohmann/json.hpp>
 
@@ -37,7 +38,7 @@ DesignReport SummarizeDesign(const StitchPlan& plan) {
     for (const StitchPiece& piece : layer.pieces) {
       r.pieces++;
       const double mm2 = piece.area / (kUnitsPerMm * kUnitsPerMm);
-      r.stitches += piece.fill ? FillStitches(mm2) : RunningStitches(piece.length / kUnitsPerMm);
+      r.stitches += PieceStitches(piece);
       r.warnings += piece.fill && (mm2 < kSmallestPieceMm2 || piece.narrow);
     }
   return r;
@@ -46,14 +47,21 @@ DesignReport SummarizeDesign(const StitchPlan& plan) {
 std::string FormatReport(const OutputDocument& doc, CPictrace&) {
   const StitchPlan plan = PlanStitches(doc);
   const DesignReport summary = SummarizeDesign(plan);
-  json threads = json::array(), warnings = json::array();
+  json threads = json::array(), warnings = json::array(), satins = json::array();
   for (const StitchLayer& layer : plan.layers) {
     double stitches = 0;
     int piece = 0;
     for (const StitchPiece& p : layer.pieces) {
       piece++;
       const double mm2 = p.area / (kUnitsPerMm * kUnitsPerMm);
-      stitches += p.fill ? FillStitches(mm2) : RunningStitches(p.length / kUnitsPerMm);
+      stitches += PieceStitches(p);
+      if (p.satin)
+        satins.push_back({{"thread", layer.label},
+                          {"piece", piece},
+                          {"region", p.source},
+                          {"lengthMm", Round(p.length / kUnitsPerMm, 1)},
+                          {"widthMm", {Round(p.widthMin / kUnitsPerMm, 2), Round(p.widthMax / kUnitsPerMm, 2)}},
+                          {"stitches", std::lround(SatinStitches(p.length / kUnitsPerMm))}});
       if (!p.fill) continue;
       json where{{"thread", layer.label}, {"piece", piece}, {"region", p.source}, {"areaMm2", Round(mm2, 2)},
                  {"atMm", AtMm(p.start)}};
@@ -76,6 +84,7 @@ std::string FormatReport(const OutputDocument& doc, CPictrace&) {
                {"pieces", layer.pieces.size()},
                {"stitches", std::lround(stitches)}};
     if (layer.fill) entry["areaMm2"] = Round(layer.area / (kUnitsPerMm * kUnitsPerMm), 3);
+    if (doc.underlap > 0 && layer.fill) entry["underlapMm2"] = Round(layer.underlap / (kUnitsPerMm * kUnitsPerMm), 3);
     else entry["lengthMm"] = Round(layer.length / kUnitsPerMm, 1);
     threads.push_back(entry);
   }
@@ -89,6 +98,8 @@ std::string FormatReport(const OutputDocument& doc, CPictrace&) {
            {"stitches", std::lround(summary.stitches)},
            {"colorChanges", summary.threads > 0 ? summary.threads - 1 : 0},
            {"travelMm", Round(summary.travelMm, 1)},
+           {"underlapMm", Round(doc.underlap / kUnitsPerMm, 2)},
+           {"satinColumns", satins},
            {"warnings", warnings}};
   return out.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }

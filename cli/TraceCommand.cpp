@@ -7,9 +7,11 @@
 #include <iostream>
 #include <memory>
 
+#include "PictraceEmbroidery.h"
 #include "cli/CliGuards.h"
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
+#include "cli/Length.h"
 #include "cli/ProgressBar.h"
 #include "cli/ThreadTable.h"
 #include "cli/Writers.h"
@@ -39,6 +41,9 @@ struct TraceOptions {
   bool dropBackground = false;     // leave the frame's background colour out
   std::vector<std::string> marks;  // "X,Y": toggle the region under that pixel
   double timeLimit = 0;            // seconds; 0: none
+  double satinWidth = 3.5;         // mm: narrower strips (no disc of it fits) become satin
+  bool noSatin = false;            // every region a fill
+  double underlap = -1;            // mm; negative: 0.3 with --inkstitch, 0 otherwise
 };
 
 // "X,Y" as two integers.
@@ -95,6 +100,8 @@ void TakeDocument(const TraceOptions& o, const std::vector<ThreadColor>& table, 
   TakeFrame(*run.doc, run.engine, o.input);
   TakeRegions(*run.doc, run.engine, table);
   run.doc->inkstitch = o.embroidery.inkstitch;
+  run.doc->satin = o.embroidery.inkstitch && !o.noSatin;
+  run.doc->underlap = (o.underlap >= 0 ? o.underlap : o.embroidery.inkstitch ? 0.3 : 0.0) * kUnitsPerMm;
 }
 
 // Loads, segments and marks the picture, and takes the regions. 0, or the
@@ -105,6 +112,7 @@ int TraceAt(const TraceOptions& o, const std::vector<ThreadColor>& table, TraceR
   const int width = engine.m_bmiHeader.biWidth;
   const int height = engine.m_bmiHeader.biHeight;
   if (!SetOutputSize(engine, o.embroidery.size)) return kExitFailure;
+  embroidery::SetSatinWidthInUnits(engine, o.satinWidth * kUnitsPerMm);
 
   // Marks name pixels with y from the top; the engine's rows run bottom-up.
   std::vector<std::pair<int, int>> marks;
@@ -236,6 +244,15 @@ Command AddTraceCommand(CLI::App& parent) {
                   "X,Y: toggle the region under pixel X,Y (Y from the top) in or out of the output; "
                   "repeatable")
       ->allow_extra_args(false);
+  app->add_option("--satin-width", o->satinWidth,
+                  "MM: regions too thin for a disc of this width are strips, which --inkstitch writes as "
+                  "satin columns, or running stitches under 1 mm (default 3.5, at most 10)")
+      ->check(FiniteNumber(0.1, 10.0));
+  app->add_flag("--no-satin", o->noSatin, "with --inkstitch: every region a fill, strips too");
+  app->add_option("--underlap", o->underlap,
+                  "MM: with --inkstitch and --report, each fill reaches this far under the neighbours "
+                  "stitched after it, across their shared borders only (default 0.3 with --inkstitch)")
+      ->check(FiniteNumber(0.0, 5.0));
   app->add_option("--time-limit", o->timeLimit,
                   "stop with an error, writing nothing, when segmenting takes longer than SECONDS")
       ->check(FiniteNumber(0.0, HUGE_VAL));

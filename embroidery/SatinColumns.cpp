@@ -280,6 +280,7 @@ StripStitches ColumnsFromCentreLines(const Shape& strip, const std::vector<Path>
     out.columns.clear();
   else
     out.runs.clear();
+  if (out.dWidth > options.dSatinAbove) out.columns.clear();
   return out;
 }
 

@@ -62,7 +62,24 @@ std::vector<unsigned char> Rasterise(const Shape& strip, const Grid& g) {
   return dib;
 }
 
+// The engine's protected setter, reached the way a derived class may.
+struct SatinWidthSetter : CPictrace {
+  static void Set(CPictrace& engine, double dPixels) {
+    void (CPictrace::*set)(double) = &SatinWidthSetter::SetSatinWidth;
+    (engine.*set)(dPixels);
+  }
+};
+
 }  // namespace
+
+void SetSatinWidthInUnits(CPictrace& engine, double dUnits) {
+  // The scale of DeriveSatinWidth: output units per pixel, the larger side.
+  double scale = 1.0;
+  const CRect& rc = engine.m_rcImageReal;
+  if (engine.m_bmiHeader.biWidth > 0 && rc.Width() >= 1 && engine.m_bmiHeader.biHeight >= 1 && rc.Height() > 0)
+    scale = std::max(rc.Width() * 1.0 / engine.m_bmiHeader.biWidth, rc.Height() * 1.0 / engine.m_bmiHeader.biHeight);
+  SatinWidthSetter::Set(engine, dUnits / scale);
+}
 
 std::vector<Path> StripCentreLines(const Shape& strip) {
   std::vector<Path> out;

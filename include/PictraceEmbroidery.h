@@ -8,6 +8,8 @@
 
 #include "PTResults.h"
 
+class CPictrace;
+
 namespace pictrace {
 namespace embroidery {
 
@@ -19,6 +21,11 @@ struct Point {
 using Path = std::vector<Point>;   // open polyline
 using Ring = std::vector<Point>;   // closed polygon; the last point is not repeated
 using Shape = std::vector<Ring>;   // ring 0 the outer outline, the others its holes
+
+// Sets the engine's satin width (which decides the regions it flags narrow)
+// to dUnits output units, through its setter, in the pixels of its picture
+// and output rectangle as they stand; the next segmentation uses it.
+PICTRACE_API void SetSatinWidthInUnits(CPictrace& engine, double dUnits);
 
 // A region's outlines as rings, cubics flattened to within dTolerance units.
 PICTRACE_API Shape FlattenRegion(const CPTRegion& region, double dTolerance);
@@ -41,10 +48,11 @@ struct StripOptions {
   double dRunningBelow = 10.0;  // strips narrower than this become running stitches
   double dRungSpacing = 40.0;   // largest distance between rungs along the centre line
   double dRungTurn = 20.0;      // degrees of turn after which a rung is added
+  double dSatinAbove = 100.0;   // strips wider than this stay fills (satin grows loose)
 };
 
 // What a strip is stitched as: satin columns, or centre lines for a running
-// stitch when the strip is too narrow for satin.
+// stitch when the strip is too narrow for satin; neither when it is too wide.
 struct StripStitches {
   std::vector<SatinColumn> columns;
   std::vector<Path> runs;
