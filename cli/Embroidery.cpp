@@ -289,13 +289,13 @@ const double kFlatness = 0.25;  // output units: curves flattened for the geomet
 
 // A strip's satin columns, or its running stitches when it is under 1 mm;
 // nothing when it stays a fill.
-std::vector<StitchPiece> StripPieces(const CPTRegion& region, int source) {
+std::vector<StitchPiece> StripPieces(const CPTRegion& region, int source, const Chain& outline) {
   const embroidery::StripStitches st =
       embroidery::StripToStitches(embroidery::FlattenRegion(region, kFlatness), embroidery::StripOptions());
   std::vector<StitchPiece> pieces;
   for (const embroidery::SatinColumn& c : st.columns) {
     StitchPiece p;
-    p.fill = false, p.satin = true, p.closed = false, p.narrow = true, p.source = source;
+    p.fill = false, p.satin = true, p.closed = false, p.narrow = true, p.source = source, p.strip = outline;
     p.rings = {StraightChain(c.rails[0], false), StraightChain(c.rails[1], false)};
     for (const embroidery::Path& rung : c.rungs) p.rings.push_back(StraightChain(rung, false));
     p.length = c.dLength, p.widthMin = c.dMinWidth, p.widthMax = c.dMaxWidth;
@@ -304,7 +304,7 @@ std::vector<StitchPiece> StripPieces(const CPTRegion& region, int source) {
   }
   for (const embroidery::Path& run : st.runs) {
     StitchPiece p;
-    p.fill = false, p.closed = false, p.narrow = true, p.source = source;
+    p.fill = false, p.closed = false, p.narrow = true, p.source = source, p.strip = outline;
     p.rings = {StraightChain(run, false)};
     if (p.rings[0].empty()) continue;
     p.length = ChainLength(p.rings[0]);
@@ -348,7 +348,8 @@ bool DesignBounds(const StitchPlan& plan, double& left, double& top, double& rig
   bool any = false;
   for (const StitchLayer& layer : plan.layers)
     for (const StitchPiece& piece : layer.pieces)
-      for (const PathPoint& p : Flatten(piece.rings.front())) {
+      // A strip's columns or stitches extend as far as the strip.
+      for (const PathPoint& p : Flatten(piece.strip.empty() ? piece.rings.front() : piece.strip)) {
         if (!any) left = right = p.x, top = bottom = p.y;
         left = std::min(left, static_cast<double>(p.x)), right = std::max(right, static_cast<double>(p.x));
         top = std::min(top, static_cast<double>(p.y)), bottom = std::max(bottom, static_cast<double>(p.y));
@@ -474,7 +475,7 @@ StitchPlan PlanStitches(const OutputDocument& doc) {
     piece.angle = FillAngle(piece.rings);
     StitchLayer& layer = LayerFor(fills, doc.PaintColor(r.m_nColorIndex), true);
     std::vector<StitchPiece> strip;
-    if (doc.satin && piece.narrow) strip = StripPieces(r, i);
+    if (doc.satin && piece.narrow) strip = StripPieces(r, i, piece.rings.front());
     const int n = r.m_nColorIndex;
     if (!layer.inChart && n >= 1 && n <= static_cast<int>(doc.threads.size()) && doc.threads[n - 1].inTable) {
       const ThreadEntry& t = doc.threads[n - 1];

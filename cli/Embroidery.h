@@ -28,6 +28,7 @@ struct StitchPiece {
   double angle = 0;      // a fill: its long axis, degrees counter-clockwise from +x as seen
   bool narrow = false;   // a region the engine flagged as a narrow strip
   double widthMin = 0, widthMax = 0;  // a satin column's width, rail to rail
+  PathChain strip;       // a strip's satin or running stitch: the region's outline, its extent
   PathPoint start;        // where stitching enters: a fill's border point, a path's start
   PathPoint end;          // where it leaves: the same point for a fill, a path's end
 };
