@@ -133,8 +133,8 @@ double Median(std::vector<double> v) {
 }
 
 // One column along the path; the widths of all its samples are appended.
-SatinColumn BuildColumn(const Shape& strip, const Path& path, const bool junctionEnd[2], double width,
-                        const StripOptions& opt, std::vector<double>& widths) {
+SatinColumn BuildColumn(const Shape& strip, const Path& path, const bool junctionEnd[2], const bool freeEnd[2],
+                        double width, const StripOptions& opt, std::vector<double>& widths) {
   const double step = std::clamp(width / 6.0, 0.5, 3.0);
   Path s = Resample(path, step);
   const size_t n = s.size();
@@ -203,11 +203,19 @@ SatinColumn BuildColumn(const Shape& strip, const Path& path, const bool junctio
     for (int k = 0; k < 2; k++) col.rails[k].push_back(at[k][i]);
     kept.push_back(i);
   }
-  // Rungs: next to the ends (crossing the rails inside, not at their ends),
-  // every dRungSpacing, and after turns.
+  if (kept.size() < 2) return col;
+  // The rungs' range: inside the ends, crossing the rails where they are
+  // not ending; at a free end half a width in, where the sides are still
+  // the strip's long sides. From there the rails go straight on to the
+  // outline, into the corners of the tip, which rays along the normals miss
+  // where the tip is cut obliquely.
+  size_t first = kept.size() >= 4 ? 1 : 0, last = kept.size() >= 4 ? kept.size() - 2 : kept.size() - 1;
+  if (freeEnd[0])
+    while (first + 2 < last && along[kept[first]] - along[kept[0]] < width / 2) first++;
+  if (freeEnd[1])
+    while (last > first + 2 && along[kept.back()] - along[kept[last]] < width / 2) last--;
   std::vector<size_t> rungAt;
-  const size_t first = kept.size() >= 4 ? 1 : 0, last = kept.size() >= 4 ? kept.size() - 2 : kept.size() - 1;
-  for (size_t j = first; j <= last && !kept.empty(); j++) {
+  for (size_t j = first; j <= last; j++) {
     const size_t i = kept[j];
     if (j == first || j == last) {
       rungAt.push_back(j);
@@ -219,27 +227,54 @@ SatinColumn BuildColumn(const Shape& strip, const Path& path, const bool junctio
     if (gone >= opt.dRungSpacing || (turn >= opt.dRungTurn && gone >= width / 3)) rungAt.push_back(j);
   }
   if (rungAt.size() == 2 && last > first + 1) rungAt.insert(rungAt.begin() + 1, (first + last) / 2);
-  // A rung must cross each rail once; by a sharp corner of a rail it is
-  // tried at the next samples, then left out.
-  auto rungFrom = [&](size_t j, double reach) {
-    const Point across = Unit(Sub(col.rails[0][j], col.rails[1][j]));
-    return Path{Add(col.rails[0][j], Scale(across, reach)), Sub(col.rails[1][j], Scale(across, reach))};
-  };
-  for (size_t j : rungAt)
-    for (size_t t = j; t < std::min(j + 4, kept.size()); t++) {
-      Path rung = rungFrom(t, 1.0);
-      if (CrossingCount(col.rails[0], rung[0], rung[1]) != 1 || CrossingCount(col.rails[1], rung[0], rung[1]) != 1)
-        continue;
-      col.rungs.push_back(rung);
-      break;
+  // Each rung with the next samples as fallbacks, before the rails change.
+  std::vector<std::vector<Path>> tries;
+  for (size_t j : rungAt) {
+    tries.emplace_back();
+    for (size_t t = j; t < std::min(j + 4, last + 1); t++) {
+      const Point across = Unit(Sub(col.rails[0][t], col.rails[1][t]));
+      tries.back().push_back({Add(col.rails[0][t], across), Sub(col.rails[1][t], across)});
     }
-  if (col.rungs.size() == 2) col.rungs.pop_back();  // two rungs would read as rails
-  col.dLength = along.empty() ? 0.0 : along.back();
-  col.dMinWidth = kept.empty() ? 0.0 : 1e300, col.dMaxWidth = 0.0;
+  }
+  col.dLength = along.back();
+  col.dMinWidth = 1e300, col.dMaxWidth = 0.0;
   for (size_t j = 0; j < kept.size(); j++) {
     const double w = Dist(col.rails[0][j], col.rails[1][j]);
     col.dMinWidth = std::min(col.dMinWidth, w), col.dMaxWidth = std::max(col.dMaxWidth, w);
   }
+  for (int k = 0; k < 2; k++) {
+    Path& rail = col.rails[k];
+    const size_t lo = freeEnd[0] ? first : 0, hi = freeEnd[1] ? last : rail.size() - 1;
+    Path kept2(rail.begin() + static_cast<long>(lo), rail.begin() + static_cast<long>(hi) + 1);
+    for (int e = 0; e < 2; e++) {
+      if (!freeEnd[e] || kept2.size() < 2) continue;
+      const Point end = e == 0 ? kept2.front() : kept2.back();
+      const Point centre = s[kept[e == 0 ? lo : hi]];
+      const Point dir = Scale(Outgoing(kept2, e == 0, width / 2), -1.0);
+      const Point from = Add(end, Scale(Unit(Sub(centre, end)), 0.3));
+      const double h = RayHit(strip, from, dir);
+      const Point corner = Add(from, Scale(dir, std::max(0.0, h - 0.3)));
+      // Where the outline bends in sooner than the samples reached, they stay.
+      const Point reached = e == 0 ? rail.front() : rail.back();
+      if (h > 0.3 && Dot(Sub(corner, end), dir) >= Dot(Sub(reached, end), dir)) {
+        if (e == 0) kept2.insert(kept2.begin(), corner); else kept2.push_back(corner);
+      } else if (e == 0) {
+        kept2.insert(kept2.begin(), rail.begin(), rail.begin() + static_cast<long>(lo));
+      } else {
+        kept2.insert(kept2.end(), rail.begin() + static_cast<long>(hi) + 1, rail.end());
+      }
+    }
+    rail = kept2;
+  }
+  // A rung must cross each rail once; by a sharp corner of a rail it is
+  // tried at the next samples, then left out.
+  for (const std::vector<Path>& options : tries)
+    for (const Path& rung : options)
+      if (CrossingCount(col.rails[0], rung[0], rung[1]) == 1 && CrossingCount(col.rails[1], rung[0], rung[1]) == 1) {
+        col.rungs.push_back(rung);
+        break;
+      }
+  if (col.rungs.size() == 2) col.rungs.pop_back();  // two rungs would read as rails
   return col;
 }
 
@@ -262,9 +297,15 @@ StripStitches ColumnsFromCentreLines(const Shape& strip, const std::vector<Path>
     bool loop = Dist(p.front(), p.back()) < 1e-6;
     for (int e = 0; e < 2 && !loop; e++) {
       if (!cp.freeEnd[e]) continue;
+      // The skeleton's last half width bends towards a corner of the tip;
+      // the column goes on straight from before it.
+      if (e == 1) std::reverse(p.begin(), p.end());
+      size_t k = 0;
+      while (k + 2 < p.size() && Dist(p[k + 1], p.front()) < width / 2) k++;
+      if (PathLength(p) > 2 * width) p.erase(p.begin(), p.begin() + static_cast<long>(k));
+      if (e == 1) std::reverse(p.begin(), p.end());
       Point tip = e == 0 ? p.front() : p.back();
-      Point dir = Outgoing(p, e == 0, width);
-      dir = Scale(dir, -1.0);
+      Point dir = Scale(Outgoing(p, e == 0, width), -1.0);
       double h = RayHit(strip, tip, dir);
       if (h > 1.0) {
         Point q = Add(tip, Scale(dir, h - 0.5));
@@ -272,7 +313,8 @@ StripStitches ColumnsFromCentreLines(const Shape& strip, const std::vector<Path>
       }
     }
     const bool junctionEnd[2] = {!loop && !cp.freeEnd[0], !loop && !cp.freeEnd[1]};
-    out.columns.push_back(BuildColumn(strip, p, junctionEnd, width, options, widths));
+    const bool freeEnd[2] = {!loop && cp.freeEnd[0], !loop && cp.freeEnd[1]};
+    out.columns.push_back(BuildColumn(strip, p, junctionEnd, freeEnd, width, options, widths));
     out.runs.push_back(p);
   }
   out.dWidth = Median(widths);

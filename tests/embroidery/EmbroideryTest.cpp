@@ -117,7 +117,8 @@ TEST(Inkstitch, OnePathPerPieceLayersByAreaDesignInMillimetres) {
     if (In(x, y, 230, 40, 100)) return In(x, y, 260, 70, 40) ? RGB(0, 0, 255) : RGB(255, 0, 0);
     return In(x, y, 200, 220, 40) || In(x, y, 300, 220, 40) ? RGB(0, 0, 0) : RGB(255, 255, 255);
   });
-  auto r = Pictrace("trace " + pic + " --colors 4 --width 32mm --inkstitch --no-curves -o " + Dir().File("p.svg") +
+  // Fills only: the 3 mm frame is a strip, which would be a satin column.
+  auto r = Pictrace("trace " + pic + " --colors 4 --width 32mm --inkstitch --no-satin --no-curves -o " + Dir().File("p.svg") +
                     " --report " + Dir().File("p.json"));
   ASSERT_EQ(r.exitCode, 0) << r.err;
   const std::string svg = clitest::ReadText(Dir().File("p.svg"));
@@ -243,3 +244,41 @@ TEST(ThreadCharts, GimpPalettesReadBackTheSameAndBadOnesAreNamed) {
 }
 
 }  // namespace
+
+TEST(Inkstitch, StripsBecomeSatinAndFillsReachUnderLaterNeighbours) {
+  // Two 16 mm blocks side by side over a 2 mm red strip as long as both; white ground.
+  const std::string pic = Picture("strip.png", 360, 220, [](int x, int y) -> COLORREF {
+    if (y >= 20 && y < 180 && x >= 20 && x < 340) return x < 180 ? RGB(0, 0, 255) : RGB(0, 160, 0);
+    return y >= 180 && y < 200 && x >= 20 && x < 340 ? RGB(255, 0, 0) : RGB(255, 255, 255);
+  });
+  const std::string args = "trace " + pic + " --colors 4 --inkstitch -o " + Dir().File("s.svg") + " --report " + Dir().File("s.json");
+  ASSERT_EQ(Pictrace(args).exitCode, 0);
+  const std::string svg = clitest::ReadText(Dir().File("s.svg"));
+  const auto layers = Layers(svg);
+  ASSERT_EQ(layers.size(), 3u);
+  EXPECT_EQ(layers[2].first, "#ff0000");  // the strip is stitched last, as one column: rails and rungs
+  ASSERT_EQ(layers[2].second.size(), 1u);
+  EXPECT_TRUE(layers[2].second[0] >= 5) << layers[2].second[0];
+  EXPECT_NE(svg.find("inkstitch:satin_column=\"true\""), std::string::npos);
+  json report = ReadJson("s.json");
+  ASSERT_EQ(report["satinColumns"].size(), 1u);
+  EXPECT_NEAR(report["satinColumns"][0]["lengthMm"].get<double>(), 32, 0.5);
+  EXPECT_NEAR(report["satinColumns"][0]["widthMm"][0].get<double>(), 2, 0.05);
+  EXPECT_NEAR(report["satinColumns"][0]["widthMm"][1].get<double>(), 2, 0.05);
+  // 0.3 mm under three 16 mm borders: the first block under the second and
+  // the strip, the second under the strip; the strip under nothing.
+  EXPECT_NEAR(report["threads"][0]["underlapMm2"].get<double>(), 9.6, 0.96);
+  EXPECT_NEAR(report["threads"][1]["underlapMm2"].get<double>(), 4.8, 0.48);
+  EXPECT_EQ(report["threads"][2]["underlapMm2"].get<double>(), 0.0);
+  ASSERT_EQ(Pictrace(args + " --no-satin --underlap 0").exitCode, 0);
+  EXPECT_EQ(clitest::ReadText(Dir().File("s.svg")).find("satin_column"), std::string::npos);
+  EXPECT_EQ(ReadJson("s.json")["threads"][0]["underlapMm2"], json());
+  const struct { const char* option; const char* message; } bad[] = {
+      {"--satin-width 10.5", "--satin-width"}, {"--satin-width 0", "--satin-width"}, {"--underlap -0.1", "--underlap"},
+      {"--underlap nan", "--underlap"}};
+  for (const auto& b : bad) {
+    const auto r = Pictrace(args + " " + b.option);
+    EXPECT_NE(r.exitCode, 0) << b.option;
+    EXPECT_NE(r.err.find(b.message), std::string::npos) << r.err;
+  }
+}

@@ -9,8 +9,10 @@ Traces a synthetic picture of strips (straight, bent and branching, 1.5 to
 pictures (default: the shared flag and frog at 100mm) with --inkstitch, and
 again with --no-satin. The whole satin design must stitch with no error and
 no warning from the digitizer or its troubleshoot; then every strip's
-columns are stitched alone and must reach the strip's extent (within
-0.5 mm), and the strip's fill is stitched for the stitch counts. Exits 77
+columns are stitched alone and must reach the strip's extent (within 0.5 mm
+on the synthetic strips, 1.2 mm on traced pictures, whose strips end in
+rounded or ragged tips), and the strip's fill is stitched for the stitch
+counts. Exits 77
 (skipped) when the digitizer is not set up.
 """
 import json
@@ -85,6 +87,7 @@ def main(pictrace, shared, work, *pictures):
     runs += list(zip(pictures[0::2], pictures[1::2]))
     failures = 0
     for picture, width in runs:
+        slack = 0.5 if width is None else 1.2
         base = os.path.join(work, os.path.splitext(os.path.basename(picture))[0])
         size = ["--width", width] if width else []
         for suffix, extra in (("", []), ("-fill", ["--no-satin"])):
@@ -124,7 +127,7 @@ def main(pictrace, shared, work, *pictures):
                   f"fill {f['width_mm']:.1f} x {f['height_mm']:.1f} mm in {f['stitches']} stitches")
             totals[0] += s["stitches"]
             totals[1] += f["stitches"]
-            failures += short > 0.5 or not s["ok"]
+            failures += short > slack or not s["ok"]
         print(f"  all strips: satin {totals[0]} stitches, fill {totals[1]} stitches")
     return 1 if failures else 0
 
