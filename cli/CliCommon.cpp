@@ -4,13 +4,12 @@
 
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
-#include "cli/Writers.h"
 
 namespace pictrace {
 namespace cli {
 
 int Fail(const std::string& message) {
-  std::cerr << "pictrace: " << message << "\n";
+  ErrorStream() << "pictrace: " << message << "\n";
   return kExitFailure;
 }
 
@@ -26,22 +25,6 @@ bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsi
     return false;
   }
   return true;
-}
-
-void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<std::string>& outputs) {
-  app->add_option("file", input, "PNG, JPEG or BMP picture")->required();
-  const std::vector<OutputFormat>& formats = OutputFormats();
-  outputs.resize(formats.size());
-  for (size_t i = 0; i < formats.size(); i++) {
-    outputs[i] = formats[i].defaultPath;
-    app->add_option(formats[i].option, outputs[i], formats[i].help);
-  }
-}
-
-std::ostream& SummaryStream(const std::vector<std::string>& outputs) {
-  for (const std::string& path : outputs)
-    if (path == "-") return std::cerr;
-  return std::cout;
 }
 
 CLI::Validator FiniteNumber(double lo, double hi) {

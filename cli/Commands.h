@@ -32,14 +32,13 @@ Command AddLinesCommand(CLI::App& parent);
 // for a failed run.
 int Fail(const std::string& message);
 
+// Where messages go: standard error, or the record of the picture this
+// thread runs in a batch (BatchRun.h), printed once the picture is done.
+std::ostream& ErrorStream();
+
 // Reads a picture file and loads it into the engine; on failure prints a
 // message naming the file and returns false. dib keeps the file's DIB.
 bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsigned char>& dib);
-
-// Registers the picture argument and one option per output format (see
-// Writers.h), which trace and lines share: outputs[i] is the path of
-// OutputFormats()[i], "-" for standard output, empty for none.
-void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<std::string>& outputs);
 
 // A number from lo to hi (hi infinite: lo or larger). NaN and infinities are
 // refused like any other value out of range, with the option named.
@@ -47,7 +46,7 @@ CLI::Validator FiniteNumber(double lo, double hi);
 
 // Where a command's summary line goes: standard error when an output goes
 // to standard output ("-"), so that it stays clean; standard output
-// otherwise.
+// otherwise; in a batch, the picture's record.
 std::ostream& SummaryStream(const std::vector<std::string>& outputs);
 
 // Exit code of a failed run.

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "PictraceLineArt.h"
+#include "cli/BatchRun.h"
 #include "cli/Commands.h"
 #include "cli/ThreadTable.h"
 #include "cli/Writers.h"
@@ -16,7 +17,8 @@ namespace cli {
 namespace {
 
 struct LinesOptions {
-  std::string input;
+  PictureSet pictures;
+  std::string input;  // the one picture of a run
   std::vector<std::string> outputs;  // one per output format
   int colors = 2;
   std::vector<std::string> lineColors;
@@ -71,13 +73,21 @@ Command AddLinesCommand(CLI::App& parent) {
   auto o = std::make_shared<LinesOptions>();
   CLI::App* app = parent.add_subcommand(
       "lines", "Thin the strokes of a line drawing to centre lines and write them as SVG");
-  AddPictureAndOutputOptions(app, o->input, o->outputs);
+  AddPictureOptions(app, o->pictures, o->outputs);
   app->add_option("--colors", o->colors, "number of colours wanted from the segmentation (1 to 50, default 2)")
       ->check(CLI::Range(1, 50));
   app->add_option("--line-color", o->lineColors,
                   "#rrggbb of a colour to thin (repeatable; default: every colour but the background)")
       ->allow_extra_args(false);
-  return {app, [o]() { return RunLines(*o); }};
+  return {app, [o]() {
+            return RunPictures(o->pictures, o->outputs, "thinning",
+                               [o](const std::string& input, const std::vector<std::string>& outputs, CWnd&) {
+                                 LinesOptions one = *o;
+                                 one.input = input;
+                                 one.outputs = outputs;
+                                 return RunLines(one);
+                               });
+          }};
 }
 
 }  // namespace cli

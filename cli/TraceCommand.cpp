@@ -1,16 +1,14 @@
-// pictrace trace IN [-o OUT.svg] [...]: segments a picture into flat colour
+// pictrace trace IN [-o OUT.svg] [...], or IN... --out-dir DIR: segments pictures into flat colour
 // regions and writes them as SVG, JSON and a PNG preview.
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <memory>
 
+#include "cli/BatchRun.h"
 #include "cli/CliGuards.h"
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
-#include "cli/ProgressBar.h"
 #include "cli/ThreadTable.h"
 #include "cli/Writers.h"
 
@@ -25,7 +23,8 @@ const long kMaxOutputSide = 1000000;
 const int kMaxColors = 50;
 
 struct TraceOptions {
-  std::string input;
+  PictureSet pictures;
+  std::string input;  // the one picture of a run
   std::vector<std::string> outputs;  // one per output format
   int colors = 8;
   int sensitivity = -1;  // -1: the engine's default
@@ -107,7 +106,7 @@ bool LoadMask(const std::string& path, int width, int height, std::vector<int>& 
   return true;
 }
 
-int RunTrace(const TraceOptions& o) {
+int RunTrace(const TraceOptions& o, CWnd& progress) {
   long outW = 0, outH = 0;
   std::string error;
   if (!o.size.empty() && !ParseSize(o.size, outW, outH, error)) return Fail(error);
@@ -156,8 +155,7 @@ int RunTrace(const TraceOptions& o) {
   engine.SetOutputLineType(o.curves ? 1 : 0);
   engine.SetCurveTolerance(o.tolerance);
 
-  ProgressBarWnd bar(isatty(STDERR_FILENO) != 0, "tracing");
-  engine.m_pProgressWnd = &bar;
+  engine.m_pProgressWnd = &progress;
   engine.SetTimeLimit(o.timeLimit);
   engine.BeginProgress(o.denoise >= 0 ? 0 : 1);
   if (o.denoise >= 0) engine.NoiseReduction(o.denoise);
@@ -175,7 +173,7 @@ int RunTrace(const TraceOptions& o) {
   if (o.dropBackground) engine.MarkBackground();
   for (const auto& m : marks)
     if (!engine.MarkRegion(m.first, m.second, 0))
-      std::cerr << "pictrace: --mark " << m.first << "," << height - 1 - m.second
+      ErrorStream() << "pictrace: --mark " << m.first << "," << height - 1 - m.second
                 << ": no region there\n";
 
   OutputDocument doc;
@@ -206,7 +204,7 @@ Command AddTraceCommand(CLI::App& parent) {
   auto o = std::make_shared<TraceOptions>();
   CLI::App* app = parent.add_subcommand(
       "trace", "Segment a picture into flat colour regions and write them as SVG");
-  AddPictureAndOutputOptions(app, o->input, o->outputs);
+  AddPictureOptions(app, o->pictures, o->outputs);
   app->add_option("--colors", o->colors, "number of colours wanted (1 to 50, default 8)")
       ->check(CLI::Range(1, kMaxColors));
   app->add_option("--sensitivity", o->sensitivity,
@@ -243,7 +241,17 @@ Command AddTraceCommand(CLI::App& parent) {
   app->add_option("--time-limit", o->timeLimit,
                   "stop with an error, writing nothing, when segmenting takes longer than SECONDS")
       ->check(FiniteNumber(0.0, HUGE_VAL));
-  return {app, [o]() { return RunTrace(*o); }};
+  return {app, [o]() {
+            if (!o->pictures.outDir.empty() && !o->background.empty())
+              return Fail("--background names one file: it is for one picture, without --out-dir");
+            return RunPictures(o->pictures, o->outputs, "tracing",
+                               [o](const std::string& input, const std::vector<std::string>& outputs, CWnd& progress) {
+                                 TraceOptions one = *o;
+                                 one.input = input;
+                                 one.outputs = outputs;
+                                 return RunTrace(one, progress);
+                               });
+          }};
 }
 
 }  // namespace cli
