@@ -170,36 +170,43 @@ int RunPictures(const PictureSet& set, const std::vector<std::string>& outputs, 
     return run(set.inputs[0], outputs, bar);
   }
 
-  for (size_t f = 0; f < outputs.size(); f++)
-    if (set.formatOptions[f]->count() > 0 && !outputs[f].empty())
+  // With --out-dir a format option takes no file name, so a picture file
+  // right after one ("--json *.png") is one of the pictures.
+  PictureSet pictures = set;
+  for (size_t f = 0; f < outputs.size(); f++) {
+    if (set.formatOptions[f]->count() == 0 || outputs[f].empty()) continue;
+    if (!std::filesystem::is_regular_file(outputs[f]))
       return Fail(LongName(set.formatOptions[f]) + " " + outputs[f] + ": with --out-dir the outputs are named after " +
                   "the pictures; give " + LongName(set.formatOptions[f]) + " without a file name");
+    pictures.inputs.insert(pictures.inputs.begin(), outputs[f]);
+  }
   std::vector<std::vector<std::string>> paths;
-  if (!BatchPaths(set, paths)) return kExitFailure;
+  if (!BatchPaths(pictures, paths)) return kExitFailure;
   std::error_code error;
   std::filesystem::create_directories(set.outDir, error);
   if (!std::filesystem::is_directory(set.outDir))
     return Fail("--out-dir " + set.outDir + ": cannot make the folder" + (error ? ": " + error.message() : ""));
 
+  const size_t total = pictures.inputs.size();
   const size_t cores = std::max(1u, std::thread::hardware_concurrency());
-  const size_t jobs = std::min(count, set.jobs > 0 ? static_cast<size_t>(set.jobs) : cores);
-  Batch batch(count, label);
+  const size_t jobs = std::min(total, set.jobs > 0 ? static_cast<size_t>(set.jobs) : cores);
+  Batch batch(total, label);
   std::atomic<size_t> next{0};
   auto work = [&]() {
-    for (size_t i; (i = next++) < count;) {
+    for (size_t i; (i = next++) < total;) {
       PictureRecord record;
       t_pRecord = &record;
       PictureProgress progress(batch, i);
       int status = kExitFailure;
       try {
-        status = run(set.inputs[i], paths[i], progress);
+        status = run(pictures.inputs[i], paths[i], progress);
       } catch (const std::bad_alloc&) {
-        Fail(set.inputs[i] + ": out of memory while " + label);
+        Fail(pictures.inputs[i] + ": out of memory while " + label);
       } catch (const std::exception& e) {
-        Fail(set.inputs[i] + ": " + e.what());
+        Fail(pictures.inputs[i] + ": " + e.what());
       }
       t_pRecord = nullptr;
-      batch.Finish(i, set.inputs[i], status == 0, record);
+      batch.Finish(i, pictures.inputs[i], status == 0, record);
     }
   };
   std::vector<std::thread> threads;
