@@ -190,10 +190,22 @@ int RunPictures(const PictureSet& set, const std::vector<std::string>& outputs, 
   const size_t total = pictures.inputs.size();
   const size_t cores = std::max(1u, std::thread::hardware_concurrency());
   const size_t jobs = std::min(total, set.jobs > 0 ? static_cast<size_t>(set.jobs) : cores);
+  // Largest files first, so that a large picture does not start last and
+  // keep one thread busy while the others are idle.
+  std::vector<uintmax_t> bytes(total, 0);
+  for (size_t i = 0; i < total; i++) {
+    const uintmax_t size = std::filesystem::file_size(pictures.inputs[i], error);
+    bytes[i] = error ? 0 : size;  // a missing file fails at once anyway
+  }
+  std::vector<size_t> order(total);
+  for (size_t i = 0; i < total; i++) order[i] = i;
+  std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) { return bytes[a] > bytes[b]; });
+
   Batch batch(total, label);
   std::atomic<size_t> next{0};
   auto work = [&]() {
-    for (size_t i; (i = next++) < total;) {
+    for (size_t n; (n = next++) < total;) {
+      const size_t i = order[n];
       PictureRecord record;
       t_pRecord = &record;
       PictureProgress progress(batch, i);
