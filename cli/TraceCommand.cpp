@@ -1,5 +1,6 @@
-// pictrace trace IN [-o OUT.svg] [...], or IN... --out-dir DIR: segments pictures into flat colour
-// regions and writes them as SVG, JSON and a PNG preview.
+// pictrace trace IN [-o OUT.svg] [...], or IN... --out-dir DIR: segments
+// pictures into flat colour regions and writes them as SVG, JSON and a PNG
+// preview.
 #include <cmath>
 #include <cstdio>
 #include <iostream>
