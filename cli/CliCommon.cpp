@@ -14,7 +14,7 @@ namespace pictrace {
 namespace cli {
 
 int Fail(const std::string& message) {
-  std::cerr << "pictrace: " << message << "\n";
+  ErrorStream() << "pictrace: " << message << "\n";
   return kExitFailure;
 }
 
@@ -30,17 +30,6 @@ bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsi
     return false;
   }
   return true;
-}
-
-void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<std::string>& outputs) {
-  app->add_option("file", input, "PNG, JPEG or BMP picture")->required();
-  const std::vector<OutputFormat>& formats = OutputFormats();
-  outputs.resize(formats.size());
-  for (size_t i = 0; i < formats.size(); i++) {
-    outputs[i] = formats[i].defaultPath;
-    app->add_option(formats[i].option, outputs[i], formats[i].help);
-  }
-  AddMaxPixelsOption(app);
 }
 
 void AddMaxPixelsOption(CLI::App* app) {
@@ -106,7 +95,7 @@ void ReportSummary(const OutputDocument& doc, const std::vector<std::string>& ou
   for (size_t i = 0; i < outputs.size() && i < OutputFormats().size(); i++) {
     if (OutputFormats()[i].format != FormatReport || outputs[i].empty()) continue;
     const DesignReport r = SummarizeDesign(PlanStitches(doc));
-    std::cerr << "report: " << r.widthMm << " x " << r.heightMm << " mm, " << r.threads << " threads, " << r.pieces
+    SummaryStream() << "report: " << r.widthMm << " x " << r.heightMm << " mm, " << r.threads << " threads, " << r.pieces
               << " pieces, about " << std::lround(r.stitches) << " stitches, " << std::lround(r.travelMm)
               << " mm of travel, " << r.warnings << " warnings -> " << outputs[i] << "\n";
   }

@@ -19,7 +19,7 @@ bool ReportGuards(CPictrace& engine, const std::string& input, double timeLimit)
   const double pixels = static_cast<double>(engine.m_bmiHeader.biWidth) * engine.m_bmiHeader.biHeight;
   const int seeds = engine.GetSeedRegionCount();
   if (seeds >= kSeedsWarning && seeds > kSeedsPerPixelWarning * pixels)
-    std::cerr << "pictrace: warning: " << input << " starts as " << seeds << " regions of near-equal colour in "
+    ErrorStream() << "pictrace: warning: " << input << " starts as " << seeds << " regions of near-equal colour in "
               << static_cast<long long>(pixels) << " pixels, far more than a photograph has (noise or "
               << "dithering?); tracing may be slow and detailed; --denoise 3000 smooths it first\n";
   if (!engine.IsStopped()) return true;

@@ -34,18 +34,17 @@ Command AddLinesCommand(CLI::App& parent);
 // for a failed run.
 int Fail(const std::string& message);
 
+// Where messages go: standard error, or the record of the picture this
+// thread runs in a batch (BatchRun.h), printed once the picture is done.
+std::ostream& ErrorStream();
+
 // Reads a picture file and loads it into the engine; on failure prints a
 // message naming the file and returns false. dib keeps the file's DIB.
 bool LoadIntoEngine(CPictrace& engine, const std::string& path, std::vector<unsigned char>& dib);
 
-// Registers the picture argument and one option per output format (see
-// Writers.h), which trace and lines share: outputs[i] is the path of
-// OutputFormats()[i], "-" for standard output, empty for none. Adds
-// --max-pixels too.
-void AddPictureAndOutputOptions(CLI::App* app, std::string& input, std::vector<std::string>& outputs);
-
 // --max-pixels N: the pixel limit of the picture readers (ImageLimits.h).
-// trace and lines get it with the options above; info and preview add it.
+// trace and lines get it with their picture options (BatchRun.h); info and
+// preview add it.
 void AddMaxPixelsOption(CLI::App* app);
 
 // A number from lo to hi (hi infinite: lo or larger). NaN and infinities are
@@ -80,6 +79,10 @@ void CropToDesign(OutputDocument& doc);
 // With a design report among the outputs: its one-line summary on standard
 // error.
 void ReportSummary(const OutputDocument& doc, const std::vector<std::string>& outputs);
+
+// Where a command's summary line goes: standard error, so that standard
+// output carries only the outputs; in a batch, the picture's record.
+std::ostream& SummaryStream();
 
 // Exit code of a failed run.
 constexpr int kExitFailure = 1;

@@ -242,8 +242,13 @@ bool WriteFileBytes(const std::string& path, const std::string& bytes, std::stri
   std::string reason = ok ? "" : Reason();
   if (close(fd) != 0 && ok) ok = false, reason = Reason();
   // mkstemp makes the file private; give it the mode a new file would have.
-  const mode_t mask = umask(0);
-  umask(mask);
+  // The mask is read once: reading it means setting it, which would race
+  // with a batch's other threads.
+  static const mode_t mask = [] {
+    const mode_t m = umask(0);
+    umask(m);
+    return m;
+  }();
   if (ok && chmod(temp.c_str(), 0666 & ~mask) != 0) ok = false, reason = Reason();
   if (ok && rename(temp.c_str(), path.c_str()) != 0) ok = false, reason = Reason();
   if (!ok) {

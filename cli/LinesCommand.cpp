@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "PictraceLineArt.h"
+#include "cli/BatchRun.h"
 #include "cli/Commands.h"
 #include "cli/ThreadTable.h"
 #include "cli/Writers.h"
@@ -16,7 +17,8 @@ namespace cli {
 namespace {
 
 struct LinesOptions {
-  std::string input;
+  PictureSet pictures;
+  std::string input;  // the one picture of a run
   std::vector<std::string> outputs;  // one per output format
   int colors = 2;
   std::vector<std::string> lineColors;
@@ -87,7 +89,7 @@ int RunLines(const LinesOptions& o) {
   ReportSummary(doc, o.outputs);
   long points = 0;
   for (int i = 0; i < doc.lines.m_nThinLines; i++) points += doc.lines.m_pThinLines[i].m_pPolygonLines[0].m_nLines + 1;
-  std::ostream& report = std::cerr;  // standard output carries only the outputs
+  std::ostream& report = SummaryStream();
   report << "lines: " << doc.lines.m_nThinLines << " lines, " << points << " points (from "
          << result.nSkeletonPixels << " skeleton pixels) in " << doc.lineColors.size()
          << " line colours, " << width << " x " << height << " pixels; segmentation "
@@ -104,7 +106,7 @@ Command AddLinesCommand(CLI::App& parent) {
   auto o = std::make_shared<LinesOptions>();
   CLI::App* app = parent.add_subcommand(
       "lines", "Thin the strokes of a line drawing to centre lines and write them as SVG");
-  AddPictureAndOutputOptions(app, o->input, o->outputs);
+  AddPictureOptions(app, o->pictures, o->outputs);
   app->add_option("--colors", o->colors, "number of colours wanted from the segmentation (1 to 50, default 2)")
       ->check(CLI::Range(1, 50));
   app->add_option("--line-color", o->lineColors,
@@ -114,7 +116,15 @@ Command AddLinesCommand(CLI::App& parent) {
   app->add_option("--tolerance", o->tolerance,
                   "largest distance of the curved centre lines from the straight ones, in pixels (default 1)")
       ->check(FiniteNumber(0.01, 50.0));
-  return {app, [o]() { return RunLines(*o); }};
+  return {app, [o]() {
+            return RunPictures(o->pictures, o->outputs, "thinning",
+                               [o](const std::string& input, const std::vector<std::string>& outputs, CWnd&) {
+                                 LinesOptions one = *o;
+                                 one.input = input;
+                                 one.outputs = outputs;
+                                 return RunLines(one);
+                               });
+          }};
 }
 
 }  // namespace cli

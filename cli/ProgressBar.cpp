@@ -36,11 +36,19 @@ LRESULT ProgressBarWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam) 
       Draw();
       if (m_bEnabled && !m_bFinished) std::fputc('\n', m_out);
       m_bFinished = true;
+      m_bShown = false;
       break;
     default:
       break;
   }
   return 0;
+}
+
+void ProgressBarWnd::Hide() {
+  if (!m_bShown) return;
+  std::fprintf(m_out, "\r%*s\r", static_cast<int>(m_label.size()) + kBarWidth + 8, "");
+  std::fflush(m_out);
+  m_bShown = false;
 }
 
 void ProgressBarWnd::Draw() {
@@ -51,6 +59,7 @@ void ProgressBarWnd::Draw() {
   bar.append(static_cast<size_t>(kBarWidth - filled), ' ');
   std::fprintf(m_out, "\r%s [%s] %3d%%", m_label.c_str(), bar.c_str(), pos * 100 / m_nRange);
   std::fflush(m_out);
+  m_bShown = true;
 }
 
 }  // namespace cli

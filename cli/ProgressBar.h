@@ -18,6 +18,10 @@ class ProgressBarWnd : public CWnd {
   ~ProgressBarWnd() override;
   LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) override;
 
+  // Clears the bar's line, so that other lines can be printed; the next
+  // position redraws it.
+  void Hide();
+
   int Position() const { return m_nPos; }
   bool Finished() const { return m_bFinished; }
 
@@ -31,6 +35,7 @@ class ProgressBarWnd : public CWnd {
   int m_nPos = 0;
   bool m_bStarted = false;
   bool m_bFinished = false;
+  bool m_bShown = false;  // the bar is on the terminal's current line
 };
 
 }  // namespace cli

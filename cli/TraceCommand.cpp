@@ -1,18 +1,16 @@
 // pictrace trace IN [-o OUT.svg] [...]: segments a picture into flat colour
 // regions and writes them as SVG, JSON and a PNG preview.
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <memory>
 
 #include "PictraceEmbroidery.h"
+#include "cli/BatchRun.h"
 #include "cli/CliGuards.h"
 #include "cli/Commands.h"
 #include "cli/ImageFile.h"
 #include "cli/Length.h"
-#include "cli/ProgressBar.h"
 #include "cli/ThreadTable.h"
 #include "cli/Writers.h"
 
@@ -25,7 +23,8 @@ namespace {
 const int kMaxColors = 50;
 
 struct TraceOptions {
-  std::string input;
+  PictureSet pictures;
+  std::string input;  // the one picture of a run
   std::vector<std::string> outputs;  // one per output format
   int colors = 8;
   int sensitivity = -1;  // -1: the engine's default
@@ -106,7 +105,7 @@ void TakeDocument(const TraceOptions& o, const std::vector<ThreadColor>& table, 
 
 // Loads, segments and marks the picture, and takes the regions. 0, or the
 // exit code after a message.
-int TraceAt(const TraceOptions& o, const std::vector<ThreadColor>& table, TraceRun& run) {
+int TraceAt(const TraceOptions& o, const std::vector<ThreadColor>& table, TraceRun& run, CWnd& progress) {
   CPictrace& engine = run.engine;
   if (!LoadIntoEngine(engine, o.input, run.dib)) return kExitFailure;
   const int width = engine.m_bmiHeader.biWidth;
@@ -140,8 +139,7 @@ int TraceAt(const TraceOptions& o, const std::vector<ThreadColor>& table, TraceR
   engine.SetOutputLineType(o.embroidery.Curves() ? 1 : 0);
   engine.SetCurveTolerance(o.tolerance);
 
-  ProgressBarWnd bar(isatty(STDERR_FILENO) != 0, "tracing");
-  engine.m_pProgressWnd = &bar;
+  engine.m_pProgressWnd = &progress;
   engine.SetTimeLimit(o.timeLimit);
   engine.BeginProgress(o.denoise >= 0 ? 0 : 1);
   if (o.denoise >= 0) engine.NoiseReduction(o.denoise);
@@ -160,14 +158,14 @@ int TraceAt(const TraceOptions& o, const std::vector<ThreadColor>& table, TraceR
   if (o.dropBackground || (o.embroidery.inkstitch && !o.keepBackground)) engine.MarkBackground();
   for (const auto& m : marks)
     if (!engine.MarkRegion(m.first, m.second, 0))
-      std::cerr << "pictrace: --mark " << m.first << "," << height - 1 - m.second
+      ErrorStream() << "pictrace: --mark " << m.first << "," << height - 1 - m.second
                 << ": no region there\n";
 
   TakeDocument(o, table, run);
   return 0;
 }
 
-int RunTrace(const TraceOptions& o) {
+int RunTrace(const TraceOptions& o, CWnd& progress) {
   std::string error;
   if (!CheckOutputPaths(o.outputs, error)) return Fail(error);
 
@@ -175,7 +173,7 @@ int RunTrace(const TraceOptions& o) {
   if (!o.threads.empty() && !LoadThreadTable(o.threads, table, error)) return Fail(error);
 
   TraceRun run;
-  if (int rc = TraceAt(o, table, run)) return rc;
+  if (int rc = TraceAt(o, table, run, progress)) return rc;
   CPictrace& engine = run.engine;
   if (o.embroidery.inkstitch) {
     if (FitDesign(engine, *run.doc, o.embroidery.size)) TakeDocument(o, table, run);
@@ -193,7 +191,7 @@ int RunTrace(const TraceOptions& o) {
     if (!WriteFileBytes(o.background, FormatSvg(background, engine), error)) return Fail(error);
   }
   ReportSummary(doc, o.outputs);
-  std::ostream& report = std::cerr;  // standard output carries only the outputs
+  std::ostream& report = SummaryStream();
   report << "trace: " << doc.regions.m_nRegions << " regions in " << doc.colors.size()
          << " colours, " << doc.imageWidth << " x " << doc.imageHeight << " pixels";
   if (o.outputs[0] != "-") report << " -> " << o.outputs[0];  // the SVG
@@ -208,7 +206,7 @@ Command AddTraceCommand(CLI::App& parent) {
   auto o = std::make_shared<TraceOptions>();
   CLI::App* app = parent.add_subcommand(
       "trace", "Segment a picture into flat colour regions and write them as SVG");
-  AddPictureAndOutputOptions(app, o->input, o->outputs);
+  AddPictureOptions(app, o->pictures, o->outputs);
   app->add_option("--colors", o->colors, "number of colours wanted (1 to 50, default 8)")
       ->check(CLI::Range(1, kMaxColors));
   app->add_option("--sensitivity", o->sensitivity,
@@ -256,7 +254,17 @@ Command AddTraceCommand(CLI::App& parent) {
   app->add_option("--time-limit", o->timeLimit,
                   "stop with an error, writing nothing, when segmenting takes longer than SECONDS")
       ->check(FiniteNumber(0.0, HUGE_VAL));
-  return {app, [o]() { return RunTrace(*o); }};
+  return {app, [o]() {
+            if (!o->pictures.outDir.empty() && !o->background.empty())
+              return Fail("--background names one file: it is for one picture, without --out-dir");
+            return RunPictures(o->pictures, o->outputs, "tracing",
+                               [o](const std::string& input, const std::vector<std::string>& outputs, CWnd& progress) {
+                                 TraceOptions one = *o;
+                                 one.input = input;
+                                 one.outputs = outputs;
+                                 return RunTrace(one, progress);
+                               });
+          }};
 }
 
 }  // namespace cli

@@ -27,17 +27,18 @@ struct OutputFormat {
   const char* help;
   const char* defaultPath;  // "-" standard output, "" not written
   std::string (*format)(const OutputDocument& doc, CPictrace& engine);
+  const char* extension = nullptr;  // of the file named after the picture in a batch
 };
 
 inline const std::vector<OutputFormat>& OutputFormats() {
   static const std::vector<OutputFormat> formats = {
-      {"SVG", "-o,--output", "SVG file to write (default: standard output)", "-", FormatSvg},
-      {"JSON", "--json", "also write the result as JSON (docs/json-schema.md)", "", FormatJson},
-      {"PNG preview", "--preview", "also paint the result into a PNG", "", FormatPng},
+      {"SVG", "-o,--output", "SVG file to write (default: standard output)", "-", FormatSvg, ".svg"},
+      {"JSON", "--json", "also write the result as JSON (docs/json-schema.md)", "", FormatJson, ".json"},
+      {"PNG preview", "--preview", "also paint the result into a PNG", "", FormatPng, ".png"},
       {"design report", "--report",
        "also write an embroidery design report as JSON: size, threads, areas, estimated stitches, "
        "travel, warnings",
-       "", FormatReport},
+       "", FormatReport, ".report.json"},
   };
   return formats;
 }

@@ -8,9 +8,10 @@
 
 namespace {
 
-// Engine messages (which a desktop host shows in a dialog) go to stderr.
+// Engine messages (which a desktop host shows in a dialog) go to stderr, or
+// to the record of the picture the thread runs in a batch.
 int PrintMessage(const char* text, UINT, UINT) {
-  std::cerr << "pictrace: " << text << "\n";
+  pictrace::cli::ErrorStream() << "pictrace: " << text << "\n";
   return IDOK;
 }
 

@@ -12,6 +12,8 @@ bin=build/release/cli/pictrace
 "$bin" trace examples/monkey_face.png --colors 6 --threads threads/pec-64.csv \
   -o out/monkey_face.svg --json out/monkey_face.json --preview out/monkey_face_preview.png
 "$bin" trace examples/monkey_face.png --colors 6 --curves -o out/monkey_face_curves.svg
+"$bin" trace examples/monkey_face.png --width 100mm --inkstitch --threads threads/pec-64.csv \
+  -o out/monkey_face_inkstitch.svg --report out/monkey_face_report.json
 "$bin" lines examples/mug.png -o out/mug_lines.svg --json out/mug_lines.json
 echo
 echo "demo outputs in out/:"
@@ -19,4 +21,6 @@ echo "  monkey_face.svg          regions as even-odd paths, grouped by thread co
 echo "  monkey_face_curves.svg   the same regions with Bezier outlines"
 echo "  monkey_face.json         the full region result and colour lists"
 echo "  monkey_face_preview.png  the preview painted by the engine"
+echo "  monkey_face_inkstitch.svg  100 mm wide, for the Ink/Stitch digitizer (layers per thread, fill angles)"
+echo "  monkey_face_report.json  the design report: threads, areas, estimated stitches, warnings"
 echo "  mug_lines.svg/.json      centre lines of a line drawing, with their tree links"

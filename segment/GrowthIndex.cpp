@@ -92,20 +92,7 @@ void GrowthIndex::Grow(CRegion*& pHead, double dFactor) {
     if (x == a) {
       delete l;
     } else {
-      CNodeNeighbor* toA = nullptr;
-      CNodeNeighbor** toB = nullptr;
-      for (CNodeNeighbor** xp = &x->m_pNeighbors; *xp; xp = &(*xp)->m_pNext) {
-        if (!toA && (*xp)->m_pRegion == a) toA = *xp;
-        if (!toB && (*xp)->m_pRegion == b) toB = xp;
-        if (toA && toB) break;
-      }
-      if (toA) {
-        if (toB) {
-          CNodeNeighbor* gone = *toB;
-          toA->m_nWeakEdges += gone->m_nWeakEdges;
-          *toB = gone->m_pNext;
-          delete gone;
-        }
+      if (MoveLinkToA(x, a, b)) {
         auto it = m_entries.find(x);
         if (it != m_entries.end()) {
           it->second.link->m_nWeakEdges += l->m_nWeakEdges;
@@ -113,7 +100,6 @@ void GrowthIndex::Grow(CRegion*& pHead, double dFactor) {
         }
         delete l;
       } else {
-        if (toB) (*toB)->m_pRegion = a;
         l->m_pNext = nullptr;
         CNodeNeighbor* prev = m_pTail;
         if (prev)

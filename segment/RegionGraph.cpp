@@ -1,6 +1,7 @@
 #include "segment/RegionGraph.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 CRegion::CRegion()
@@ -52,9 +53,35 @@ struct PackedRegion {
 };
 
 struct PackedLink {
-  std::size_t m_nTarget;
+  std::uint32_t m_nTarget;  // a region number; a picture has fewer than 2^32 pixels
   float m_fDecrease;
   DWORD m_nWeakEdges;
+};
+
+// The links in blocks of fixed size: growing never copies them nor holds two
+// buffers at once, and the blocks read go back while the new links are made.
+class PackedLinks {
+ public:
+  void Add(const PackedLink& link) {
+    if ((m_nSize & kMask) == 0) m_blocks.emplace_back(new PackedLink[kBlock]);
+    m_blocks.back()[m_nSize & kMask] = link;
+    m_nSize++;
+  }
+  const PackedLink& operator[](std::size_t k) const { return m_blocks[k >> kShift][k & kMask]; }
+  std::size_t Size() const { return m_nSize; }
+  // Frees the blocks wholly before link k.
+  void DropBefore(std::size_t k) {
+    for (std::size_t b = m_nDropped; b < (k >> kShift); b++) m_blocks[b].reset();
+    if ((k >> kShift) > m_nDropped) m_nDropped = k >> kShift;
+  }
+
+ private:
+  static const std::size_t kShift = 16;
+  static const std::size_t kBlock = std::size_t(1) << kShift;
+  static const std::size_t kMask = kBlock - 1;
+  std::vector<std::unique_ptr<PackedLink[]>> m_blocks;
+  std::size_t m_nSize = 0;
+  std::size_t m_nDropped = 0;
 };
 
 }  // namespace
@@ -67,8 +94,7 @@ CRegion* RepackRegions(CRegion* pHead) {
   for (std::size_t i = 0; i < n; i++) old[i]->m_pPrev = reinterpret_cast<CRegion*>(static_cast<std::uintptr_t>(i));
 
   std::vector<PackedRegion> regions(n);
-  std::vector<PackedLink> links;
-  links.reserve(4 * n);
+  PackedLinks links;
   // The old nodes go first (each link as soon as it is read), so that the
   // pool can hand out the new ones in address order when nothing else of
   // their size is live.
@@ -78,12 +104,12 @@ CRegion* RepackRegions(CRegion* pHead) {
       for (const CNodeNeighbor* l = old[i + 1]->m_pNeighbors; l; l = l->m_pNext) PrefetchNode(&l->m_pRegion->m_pPrev);
     PackedRegion& p = regions[i];
     p = PackedRegion{r->m_fDecrease, r->m_nSize, r->m_fRed, r->m_fGreen, r->m_fBlue, -1,
-                     r->m_pPixelHead, r->m_pPixelTail, links.size()};
+                     r->m_pPixelHead, r->m_pPixelTail, links.Size()};
     int k = 0;
     for (CNodeNeighbor* l = r->m_pNeighbors; l; k++) {
       if (l == r->m_pBestNeighbor && p.m_nBest < 0) p.m_nBest = k;
-      links.push_back(PackedLink{static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(l->m_pRegion->m_pPrev)),
-                                 l->m_fDecrease, l->m_nWeakEdges});
+      links.Add(PackedLink{static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(l->m_pRegion->m_pPrev)),
+                           l->m_fDecrease, l->m_nWeakEdges});
       CNodeNeighbor* next = l->m_pNext;
       delete l;
       l = next;
@@ -113,7 +139,8 @@ CRegion* RepackRegions(CRegion* pHead) {
   }
   for (std::size_t i = 0; i < n; i++) {
     CRegion* r = fresh[i];
-    const std::size_t end = i + 1 < n ? regions[i + 1].m_nFirstLink : links.size();
+    const std::size_t end = i + 1 < n ? regions[i + 1].m_nFirstLink : links.Size();
+    links.DropBefore(regions[i].m_nFirstLink);
     CNodeNeighbor* tail = nullptr;
     for (std::size_t k = regions[i].m_nFirstLink; k < end; k++) {
       CNodeNeighbor* l = new CNodeNeighbor{fresh[links[k].m_nTarget], links[k].m_fDecrease, links[k].m_nWeakEdges, nullptr};

@@ -82,6 +82,29 @@ inline void PrefetchNode(const void* p) {
 #endif
 }
 
+// X's side of merging B into A, in one walk over X's links: its first link
+// to A and its first link to B. With both, the border X-B joins X-A (weak
+// edges added, the B link removed); with only a B link, it now leads to A.
+// Returns X's link to A, or null.
+inline CNodeNeighbor* MoveLinkToA(CRegion* x, CRegion* a, CRegion* b) {
+  CNodeNeighbor* toA = nullptr;
+  CNodeNeighbor** toB = nullptr;
+  for (CNodeNeighbor** xp = &x->m_pNeighbors; *xp; xp = &(*xp)->m_pNext) {
+    if (!toA && (*xp)->m_pRegion == a) toA = *xp;
+    if (!toB && (*xp)->m_pRegion == b) toB = xp;
+    if (toA && toB) break;  // only the first of each is used
+  }
+  if (toA && toB) {
+    CNodeNeighbor* gone = *toB;
+    toA->m_nWeakEdges += gone->m_nWeakEdges;
+    *toB = gone->m_pNext;
+    delete gone;
+  } else if (toB) {
+    (*toB)->m_pRegion = a;
+  }
+  return toA;
+}
+
 // Moves a region list and the regions' links into fresh nodes, in list
 // order and each region's links in their order, and returns the new head.
 // Sizes, means, values, weak-edge counts, pixel lists and the order of

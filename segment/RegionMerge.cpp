@@ -212,27 +212,12 @@ double CPictrace::CombineRegion(CRegion* pRegion) {
     if (x == a) {
       delete l;
     } else {
-      // One walk over X's links finds both its link to A and to B.
-      CNodeNeighbor* toA = nullptr;
-      CNodeNeighbor** toB = nullptr;
-      for (CNodeNeighbor** xp = &x->m_pNeighbors; *xp; xp = &(*xp)->m_pNext) {
-        if (!toA && (*xp)->m_pRegion == a) toA = *xp;
-        if (!toB && (*xp)->m_pRegion == b) toB = xp;
-        if (toA && toB) break;  // only the first of each is used
-      }
-      if (toA) {
-        // The border X-B becomes part of the border X-A on both sides.
-        if (toB) {
-          CNodeNeighbor* gone = *toB;
-          toA->m_nWeakEdges += gone->m_nWeakEdges;
-          *toB = gone->m_pNext;
-          delete gone;
-        }
+      if (MoveLinkToA(x, a, b)) {
+        // The border X-B is now part of the border X-A on both sides.
         CNodeNeighbor* aToX = FindLink(a, x);
         if (aToX) aToX->m_nWeakEdges += l->m_nWeakEdges;
         delete l;
       } else {
-        if (toB) (*toB)->m_pRegion = a;
         l->m_pNext = nullptr;
         if (tail)
           tail->m_pNext = l;

@@ -10,6 +10,7 @@
 #include "Pictrace.h"
 #include "common/TestImages.h"
 #include "curve/BezierFit.h"
+#include "curve/BorderFit.h"
 #include "curve/FitStages.h"
 
 namespace {
@@ -294,6 +295,24 @@ TEST(ChainFit, RoundShapesAreFewSmoothSegmentsUsingTheTolerance) {
     EXPECT_LT(Distance(segs[0].c.p[0], Distance(sm, p0) > tol / 2 ? p0 + (sm - p0) * (tol / 2 / Distance(sm, p0)) : sm), 1e-12);
     for (size_t i = 0; i < segs.size(); i++) EXPECT_TRUE(!segs[i].cornerEnd && Kink(segs, i) < 1e-9) << i;
   }
+}
+
+// A border taken as traced: one straight cubic per straight stretch, a ring
+// from a point where it turns (its closing repeat ignored), and the same
+// lines backwards for the reversed curve.
+TEST(BorderFit, TracedBordersAreTheirStraightStretches) {
+  using pictrace::curve::Vec2;
+  auto ends = [](const std::vector<pictrace::curve::Cubic>& c) {
+    std::vector<double> v;
+    for (const auto& k : c) v.insert(v.end(), {k.p[0].x, k.p[0].y, k.p[3].x, k.p[3].y});
+    return v;
+  };
+  std::vector<Vec2> stair = {{0, 0}, {1, 0}, {2, 0}, {2, 1}, {2, 2}, {3, 2}};
+  EXPECT_EQ(ends(pictrace::curve::StraightBorder(stair, false)), (std::vector<double>{0, 0, 2, 0, 2, 0, 2, 2, 2, 2, 3, 2}));
+  std::vector<Vec2> ring = {{1, 0}, {2, 0}, {2, 1}, {1, 1}, {0, 1}, {0, 0}, {1, 0}};
+  EXPECT_EQ(ends(pictrace::curve::StraightBorder(ring, true)), (std::vector<double>{2, 0, 2, 1, 2, 1, 0, 1, 0, 1, 0, 0, 0, 0, 2, 0}));
+  EXPECT_EQ(ends(pictrace::curve::ReversedCurve(pictrace::curve::StraightBorder(stair, false))),
+            (std::vector<double>{3, 2, 2, 2, 2, 2, 2, 0, 2, 0, 0, 0}));
 }
 
 TEST(ConvertToBezier, HostLinesBecomeCurvesWithinTheScaledTolerance) {

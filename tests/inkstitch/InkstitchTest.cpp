@@ -77,7 +77,7 @@ TEST(Digitizer, CentreLinesAreRunningStitchesOfAtMost3mm) {
   const std::string text = clitest::ReadText(svg);
   size_t paths = 0;
   for (size_t at = text.find("<path"); at != std::string::npos; at = text.find("<path", at + 1)) paths++;
-  EXPECT_LT(paths * 2, std::stoul(r.err.substr(r.err.find("lines: ") + 7)));  // "lines: N lines" on standard error
+  EXPECT_LT(paths * 2, std::stoul(r.err.substr(r.err.find("lines: ") + 7)));  // "lines: N lines"
 }
 
 }  // namespace

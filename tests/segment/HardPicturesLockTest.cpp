@@ -15,14 +15,6 @@
 
 namespace {
 
-struct Fnv {
-  std::uint64_t h = 14695981039346656037ull;
-  template <typename T>
-  Fnv& Add(const T& v) {
-    for (size_t i = 0; i < sizeof v; i++) h = (h ^ reinterpret_cast<const unsigned char*>(&v)[i]) * 1099511628211ull;
-    return *this;
-  }
-};
 using Lock = std::array<std::uint64_t, 5>;
 
 Lock Measure(const std::vector<unsigned char>& dib) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <vector>
 
 #include "Pictrace.h"
@@ -63,3 +64,13 @@ inline std::vector<double> Signature(const SegEngine& e) {
   }
   return s;
 }
+
+// FNV-1a over the bytes of the values added, for the result locks.
+struct Fnv {
+  std::uint64_t h = 14695981039346656037ull;
+  template <typename T>
+  Fnv& Add(const T& v) {
+    for (size_t i = 0; i < sizeof v; i++) h = (h ^ reinterpret_cast<const unsigned char*>(&v)[i]) * 1099511628211ull;
+    return *this;
+  }
+};

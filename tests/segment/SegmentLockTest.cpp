@@ -21,15 +21,6 @@
 
 namespace {
 
-struct Fnv {
-  std::uint64_t h = 14695981039346656037ull;
-  template <typename T>
-  Fnv& Add(const T& v) {
-    for (size_t i = 0; i < sizeof v; i++) h = (h ^ reinterpret_cast<const unsigned char*>(&v)[i]) * 1099511628211ull;
-    return *this;
-  }
-};
-
 // Block scale, region count, sum of region sizes, digest of the regions
 // (sizes, mean bits and first pixels in list order), of the picture after
 // PyramidAlgo, of the picture and colour list after MeanShift(8); then the
