@@ -148,7 +148,7 @@ void AddPictureOptions(CLI::App* app, PictureSet& set, std::vector<std::string>&
   }
   app->add_option("--out-dir", set.outDir,
                   "write the outputs of each picture into DIR, named after it (x.png: DIR/x.svg); "
-                  "--json and --preview then take no file name");
+                  "--json, --preview and --report then take no file name");
   app->add_option("--jobs", set.jobs, "with --out-dir, pictures traced at once (default: one per core)")
       ->check(CLI::Range(1, kMaxJobs));
   AddMaxPixelsOption(app);

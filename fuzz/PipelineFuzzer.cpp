@@ -67,6 +67,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (int type : {0, 1}) {
     CPTRegions regions;
     engine.GetRegions(&regions, type);
+    // A host converting the straight regions one by one gets their curves.
+    for (int r = 0; type == 0 && r < regions.m_nRegions; r++)
+      for (int k = 0; k < regions.m_pRegions[r].m_nPolygons; k++) engine.ConvertToBezier(&regions.m_pRegions[r].m_pPolygons[k]);
   }
   if (engine.ExtractBackground()) {
     CPTRegions background;
