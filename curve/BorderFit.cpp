@@ -42,15 +42,31 @@ std::vector<Cubic> ReversedCurve(const std::vector<Cubic>& curve) {
   return out;
 }
 
+bool CanonicalBorder(std::vector<Vec2>& run, bool bClosed) {
+  const size_t n = run.size();
+  if (n < 3) return false;
+  if (!bClosed) {
+    // A border that starts and ends at one point is told apart by its
+    // second and last-but-one points.
+    bool flip = run[0] == run[n - 1] ? Before(run[n - 2], run[1]) : Before(run[n - 1], run[0]);
+    if (flip) std::reverse(run.begin(), run.end());
+    return flip;
+  }
+  size_t first = 0;
+  for (size_t i = 1; i < n; i++)
+    if (Before(run[i], run[first])) first = i;
+  std::rotate(run.begin(), run.begin() + static_cast<long>(first), run.end());
+  bool flip = Before(run[n - 1], run[1]);
+  if (flip) std::reverse(run.begin() + 1, run.end());
+  return flip;
+}
+
 std::vector<Cubic> FitOpenBorder(const std::vector<Vec2>& run, double dTolerance) {
   std::vector<Vec2> pts = WithoutRepeats(run);
   const size_t n = pts.size();
   if (n < 2) return {};
   if (n == 2) return {StraightCubic(pts[0], pts[1])};
-  // The canonical direction starts at the smaller end; a border that starts
-  // and ends at one point is told apart by its second and last-but-one points.
-  bool flip = pts[0] == pts[n - 1] ? Before(pts[n - 2], pts[1]) : Before(pts[n - 1], pts[0]);
-  if (flip) std::reverse(pts.begin(), pts.end());
+  bool flip = CanonicalBorder(pts, false);
   std::vector<Cubic> fit = FitRaw(std::move(pts), false, dTolerance);
   return flip ? ReversedCurve(fit) : fit;
 }
@@ -61,15 +77,8 @@ std::vector<Cubic> FitClosedBorder(const std::vector<Vec2>& run, double dToleran
   const size_t n = pts.size();
   if (n < 2) return {};
   if (n == 2) return {StraightCubic(pts[0], pts[1]), StraightCubic(pts[1], pts[0])};
-  // Canonical ring: from its smallest point towards the smaller of that
-  // point's two neighbours.
-  size_t first = 0;
-  for (size_t i = 1; i < n; i++)
-    if (Before(pts[i], pts[first])) first = i;
-  bool flip = Before(pts[(first + n - 1) % n], pts[(first + 1) % n]);
-  std::vector<Vec2> ring(n);
-  for (size_t k = 0; k < n; k++) ring[k] = pts[flip ? (first + n - k) % n : (first + k) % n];
-  std::vector<Cubic> fit = FitRaw(std::move(ring), true, dTolerance);
+  bool flip = CanonicalBorder(pts, true);
+  std::vector<Cubic> fit = FitRaw(std::move(pts), true, dTolerance);
   return flip ? ReversedCurve(fit) : fit;
 }
 

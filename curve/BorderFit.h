@@ -10,6 +10,13 @@
 
 namespace pictrace::curve {
 
+// Turns a border's run into the one form its two walkers agree on: an open
+// run from its smaller end (a run that ends where it starts: towards its
+// smaller second point), a ring (without its repeated first point) from its
+// smallest point towards the smaller of that point's neighbours. True when
+// the run was walked backwards to get there.
+bool CanonicalBorder(std::vector<Vec2>& run, bool bClosed);
+
 // Fits an open border run[0 .. n-1] (unit steps on the pixel-corner grid)
 // from its first point to its last, both kept exactly; the two ends may be
 // the same point. Every run point lies within dTolerance of the curve. The

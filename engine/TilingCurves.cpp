@@ -37,16 +37,19 @@ TilingCurves::TilingCurves(const std::vector<OutlineChain>& chains, int width, i
       tolerance_(std::isfinite(dTolerance) && dTolerance > 0.0 ? dTolerance : 1.0) {
   const size_t n = graph_.borders.size();
   std::vector<Plan> plans(n);
+  runs_.resize(n);
   fits_.resize(n);
   flipped_.assign(n, 0);
+  // Both neighbours' fits come from the border's canonical run, whichever
+  // of them entered it first; so do the places where crossings are cut.
   for (size_t b = 0; b < n; b++) {
-    flipped_[b] = Canonical(graph_.borders[b]);
-    fits_[b] = Fit(graph_.borders[b], plans[b]);
+    for (sPoint p : graph_.borders[b].run) runs_[b].push_back(ToVec(p));
+    flipped_[b] = curve::CanonicalBorder(runs_[b], graph_.borders[b].closed);
+    fits_[b] = Fit(b, plans[b]);
   }
   // After the first search only pairs with a changed border can have begun
   // or stopped crossing.
   std::vector<char> suspects;
-  std::vector<char> mended(n, 0);
   for (int round = 1;; round++) {
     std::vector<curve::Crossing> crossings = curve::CrossingCurves(fits_, suspects);
     if (crossings.empty()) break;
@@ -54,43 +57,16 @@ TilingCurves::TilingCurves(const std::vector<OutlineChain>& chains, int width, i
     for (const curve::Crossing& c : crossings) places[c.curve].push_back(c.at);
     std::vector<char> changed(n, 0);
     for (size_t b = 0; b < n; b++)
-      if (!places[b].empty()) changed[b] = Mend(graph_.borders[b], plans[b], places[b], round >= kMaxRounds);
-
+      if (!places[b].empty()) changed[b] = Mend(b, plans[b], places[b], round >= kMaxRounds);
     bool any = false;
     for (size_t b = 0; b < n; b++) {
       if (!changed[b]) continue;
-      fits_[b] = Fit(graph_.borders[b], plans[b]);
-      mended_ += !mended[b];
-      mended[b] = 1;
+      fits_[b] = Fit(b, plans[b]);
       any = true;
     }
     if (!any) break;
     suspects.swap(changed);
   }
-}
-
-// Turns the border's run into the one form both neighbours agree on,
-// whichever of them entered it first: an open run starts at its smaller end
-// (a run that ends where it starts: towards its smaller second point), a
-// ring starts at its smallest point towards the smaller of that point's
-// neighbours. True when the run was walked backwards to get there.
-bool TilingCurves::Canonical(Border& b) {
-  std::vector<sPoint>& r = b.run;
-  const size_t m = r.size();
-  if (m < 3) return false;
-  auto before = [](sPoint a, sPoint c) { return a.x < c.x || (a.x == c.x && a.y < c.y); };
-  if (!b.closed) {
-    bool flip = r[0] == r[m - 1] ? before(r[m - 2], r[1]) : before(r[m - 1], r[0]);
-    if (flip) std::reverse(r.begin(), r.end());
-    return flip;
-  }
-  size_t first = 0;
-  for (size_t i = 1; i < m; i++)
-    if (before(r[i], r[first])) first = i;
-  std::rotate(r.begin(), r.begin() + static_cast<long>(first), r.end());
-  bool flip = before(r[m - 1], r[1]);
-  if (flip) std::reverse(r.begin() + 1, r.end());
-  return flip;
 }
 
 void TilingCurves::PieceOf(const Border& b, const Plan& plan, int i, int& start, int& end) {
@@ -115,15 +91,16 @@ void TilingCurves::PieceOf(const Border& b, const Plan& plan, int i, int& start,
 // Cuts the border at the traced points nearest its crossings; where a cut
 // or an end is already that near, the pieces there are fitted closer. As a
 // last resort a short stretch around each crossing is taken as traced.
-bool TilingCurves::Mend(const Border& b, Plan& plan, const std::vector<Vec2>& at,
-                        bool bLastResort) const {
-  const int m = static_cast<int>(b.run.size());
+bool TilingCurves::Mend(size_t border, Plan& plan, const std::vector<Vec2>& at, bool bLastResort) const {
+  const Border& b = graph_.borders[border];
+  const std::vector<Vec2>& run = runs_[border];
+  const int m = static_cast<int>(run.size());
   std::vector<int> places;
   for (Vec2 p : at) {
     int nearest = 0;
     double best = -1.0;
     for (int i = 0; i < m; i++) {
-      double d = curve::Distance(ToVec(b.run[i]), p);
+      double d = curve::Distance(run[i], p);
       if (best < 0.0 || d < best) best = d, nearest = i;
     }
     places.push_back(nearest);
@@ -179,9 +156,9 @@ bool TilingCurves::Mend(const Border& b, Plan& plan, const std::vector<Vec2>& at
   return changed;
 }
 
-std::vector<Cubic> TilingCurves::Fit(const Border& b, const Plan& plan) const {
-  std::vector<Vec2> pts(b.run.size());
-  for (size_t i = 0; i < pts.size(); i++) pts[i] = ToVec(b.run[i]);
+std::vector<Cubic> TilingCurves::Fit(size_t border, const Plan& plan) const {
+  const Border& b = graph_.borders[border];
+  const std::vector<Vec2>& pts = runs_[border];
   // The frame is straight between the picture's corners, which are junctions.
   if (b.across == Across::kFrame) return curve::StraightBorder(pts, b.closed);
   if (plan.cuts.empty()) {

@@ -24,9 +24,6 @@ class TilingCurves {
   // borders is fitted whole.
   std::vector<curve::Cubic> OutlineCurve(size_t i) const;
 
-  // Borders that needed cuts or closer fits because of a crossing.
-  int Mended() const { return mended_; }
-
  private:
   // How a border is fitted: cut at these run indices, each piece at its own
   // level of closeness (pieces known by the index they start at).
@@ -41,17 +38,15 @@ class TilingCurves {
   };
   // The start of the piece that holds run index i, and its end.
   static void PieceOf(const Border& b, const Plan& plan, int i, int& start, int& end);
-  std::vector<curve::Cubic> Fit(const Border& b, const Plan& plan) const;
-  bool Mend(const Border& b, Plan& plan, const std::vector<curve::Vec2>& at, bool bLastResort) const;
+  std::vector<curve::Cubic> Fit(size_t border, const Plan& plan) const;
+  bool Mend(size_t border, Plan& plan, const std::vector<curve::Vec2>& at, bool bLastResort) const;
 
   std::vector<OutlineChain> chains_;
   BorderGraph graph_;
-  static bool Canonical(Border& b);
-
-  std::vector<std::vector<curve::Cubic>> fits_;  // in each border's canonical form
+  std::vector<std::vector<curve::Vec2>> runs_;   // each border's run in its canonical form
+  std::vector<std::vector<curve::Cubic>> fits_;  // fitted along the canonical run
   std::vector<char> flipped_;  // the canonical form walks the border backwards
   double tolerance_;
-  int mended_ = 0;
 };
 
 }  // namespace engine
