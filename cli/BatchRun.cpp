@@ -115,10 +115,9 @@ bool BatchPaths(const PictureSet& set, std::vector<std::vector<std::string>>& pa
     const std::string stem = std::filesystem::path(input).stem().string();
     std::vector<std::string> outputs(formats.size());
     for (size_t f = 0; f < formats.size(); f++) {
-      if (f > 0 && set.formatOptions[f]->count() == 0) continue;  // the SVG is always written
-      const std::string extension =
-          formats[f].extension ? formats[f].extension : "." + LongName(set.formatOptions[f]).substr(2);
-      outputs[f] = (std::filesystem::path(set.outDir) / (stem + extension)).string();
+      // Formats written by default (the SVG) always are; the others when asked.
+      if (*formats[f].defaultPath == '\0' && set.formatOptions[f]->count() == 0) continue;
+      outputs[f] = (std::filesystem::path(set.outDir) / (stem + formats[f].extension)).string();
       auto taken = writer.emplace(outputs[f], input);
       if (!taken.second) {
         Fail(taken.first->second + " and " + input + " would both write " + outputs[f] +

@@ -47,7 +47,7 @@ void ConvertDeep(const unsigned char* rows, size_t stride, long width, long heig
       const std::uint32_t v = bits == 16 ? ReadU16(p + 2 * x) : static_cast<std::uint32_t>(ReadU32(p + 4 * x));
       const unsigned a = alpha.Get(v, 255);
       const unsigned c[3] = {blue.Get(v, 0), green.Get(v, 0), red.Get(v, 0)};
-      for (int i = 0; i < 3; i++) q[i] = static_cast<unsigned char>((c[i] * a + 255 * (255 - a) + 127) / 255);
+      for (int i = 0; i < 3; i++) q[i] = OverWhite(c[i], a);
     }
   }
 }

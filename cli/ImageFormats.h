@@ -25,6 +25,11 @@ bool CheckSize(long width, long height, std::string& reason);
 // zero) and returns its row stride.
 size_t MakeDib24(long width, long height, std::vector<unsigned char>& dib);
 
+// A colour channel composed over white by its alpha (0 to 255), rounded.
+inline unsigned char OverWhite(unsigned channel, unsigned alpha) {
+  return static_cast<unsigned char>((channel * alpha + 255 * (255 - alpha) + 127) / 255);
+}
+
 // Little-endian readers and writers for header fields.
 inline unsigned ReadU16(const unsigned char* p) { return p[0] | (p[1] << 8); }
 inline unsigned long ReadU32(const unsigned char* p) {

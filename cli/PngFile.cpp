@@ -76,7 +76,7 @@ bool Decode16(png_structp png, png_infop info, MemoryStream& stream, const Messa
     const unsigned char* p = rows[y];
     unsigned char* q = dib.data() + 40 + (height - 1 - y) * stride;  // bottom-up
     for (png_uint_32 x = 0; x < width; x++, p += 4, q += 3)
-      for (int c = 0; c < 3; c++) q[2 - c] = static_cast<unsigned char>((p[c] * p[3] + 255 * (255 - p[3]) + 127) / 255);
+      for (int c = 0; c < 3; c++) q[2 - c] = OverWhite(p[c], p[3]);
   }
   return true;
 }

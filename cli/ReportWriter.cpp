@@ -39,7 +39,8 @@ DesignReport SummarizeDesign(const StitchPlan& plan) {
       r.pieces++;
       const double mm2 = piece.area / (kUnitsPerMm * kUnitsPerMm);
       r.stitches += PieceStitches(piece);
-      r.warnings += piece.fill && (mm2 < kSmallestPieceMm2 || piece.narrow);
+      // One warning each for a fill too small to stitch and a fill too narrow.
+      if (piece.fill) r.warnings += (mm2 < kSmallestPieceMm2) + (piece.narrow ? 1 : 0);
     }
   return r;
 }
@@ -61,7 +62,7 @@ std::string FormatReport(const OutputDocument& doc, CPictrace&) {
                           {"region", p.source},
                           {"lengthMm", Round(p.length / kUnitsPerMm, 1)},
                           {"widthMm", {Round(p.widthMin / kUnitsPerMm, 2), Round(p.widthMax / kUnitsPerMm, 2)}},
-                          {"stitches", std::lround(SatinStitches(p.length / kUnitsPerMm))}});
+                          {"stitches", std::lround(PieceStitches(p))}});
       if (!p.fill) continue;
       json where{{"thread", layer.label}, {"piece", piece}, {"region", p.source}, {"areaMm2", Round(mm2, 2)},
                  {"atMm", AtMm(p.start)}};

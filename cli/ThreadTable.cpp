@@ -17,6 +17,11 @@ std::string Trim(const std::string& s) {
   return s.substr(b, e - b + 1);
 }
 
+// Drops a UTF-8 byte-order mark at the start of a chart's first line.
+void StripByteOrderMark(std::string& line) {
+  if (line.compare(0, 3, "\xEF\xBB\xBF") == 0) line.erase(0, 3);
+}
+
 int HexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -33,7 +38,7 @@ bool ParseThreadTable(std::istream& in, const std::string& source, std::vector<T
   int lineNo = 0;
   while (std::getline(in, line)) {
     lineNo++;
-    if (lineNo == 1 && line.compare(0, 3, "\xEF\xBB\xBF") == 0) line.erase(0, 3);  // a UTF-8 byte-order mark
+    if (lineNo == 1) StripByteOrderMark(line);
     std::string trimmed = Trim(line);
     if (trimmed.empty()) continue;
     std::vector<std::string> fields;
@@ -95,7 +100,7 @@ bool ParseGimpPalette(std::istream& in, const std::string& source, std::vector<T
   };
   while (std::getline(in, line)) {
     lineNo++;
-    if (lineNo == 1 && line.compare(0, 3, "\xEF\xBB\xBF") == 0) line.erase(0, 3);
+    if (lineNo == 1) StripByteOrderMark(line);
     const std::string trimmed = Trim(line);
     if (lineNo == 1) {
       if (trimmed != "GIMP Palette") return fail("expected \"GIMP Palette\"");
@@ -161,7 +166,7 @@ bool LoadThreadTable(const std::string& path, std::vector<ThreadColor>& table, s
   }
   std::string first;
   std::getline(in, first);
-  if (first.compare(0, 3, "\xEF\xBB\xBF") == 0) first.erase(0, 3);
+  StripByteOrderMark(first);
   in.clear();
   in.seekg(0);
   if (Trim(first) == "GIMP Palette") return ParseGimpPalette(in, path, table, error);

@@ -27,7 +27,7 @@ struct OutputFormat {
   const char* help;
   const char* defaultPath;  // "-" standard output, "" not written
   std::string (*format)(const OutputDocument& doc, CPictrace& engine);
-  const char* extension = nullptr;  // of the file named after the picture in a batch
+  const char* extension;  // of the file named after the picture in a batch
 };
 
 inline const std::vector<OutputFormat>& OutputFormats() {
