@@ -74,7 +74,7 @@ bool SetOutputSize(CPictrace& engine, const SizeRequest& size) {
 bool FitDesign(CPictrace& engine, const OutputDocument& doc, const SizeRequest& size) {
   const bool bWidth = !size.width.empty() || !size.size.empty(), bHeight = !size.height.empty() || !size.size.empty();
   double left, top, right, bottom, fx, fy;
-  if (!(bWidth || bHeight) || !DesignBounds(PlanStitches(doc), left, top, right, bottom)) return false;
+  if (!(bWidth || bHeight) || !DesignBounds(PlanOf(doc), left, top, right, bottom)) return false;
   const double w = doc.output.right - doc.output.left, h = doc.output.bottom - doc.output.top;
   fx = w / (right - left), fy = h / (bottom - top);
   if (!bHeight) fy = fx;
@@ -86,15 +86,16 @@ bool FitDesign(CPictrace& engine, const OutputDocument& doc, const SizeRequest& 
 
 void CropToDesign(OutputDocument& doc) {
   double left, top, right, bottom;
-  if (!DesignBounds(PlanStitches(doc), left, top, right, bottom)) return;
+  if (!DesignBounds(PlanOf(doc), left, top, right, bottom)) return;
   doc.page = RECT{static_cast<LONG>(std::floor(left)), static_cast<LONG>(std::floor(top)),
                   static_cast<LONG>(std::ceil(right)), static_cast<LONG>(std::ceil(bottom))};
+  doc.stitchPlan.reset();  // the page moves where stitching starts
 }
 
 void ReportSummary(const OutputDocument& doc, const std::vector<std::string>& outputs) {
   for (size_t i = 0; i < outputs.size() && i < OutputFormats().size(); i++) {
     if (OutputFormats()[i].format != FormatReport || outputs[i].empty()) continue;
-    const DesignReport r = SummarizeDesign(PlanStitches(doc));
+    const DesignReport r = SummarizeDesign(PlanOf(doc));
     SummaryStream() << "report: " << r.widthMm << " x " << r.heightMm << " mm, " << r.threads << " threads, " << r.pieces
               << " pieces, about " << std::lround(r.stitches) << " stitches, " << std::lround(r.travelMm)
               << " mm of travel, " << r.warnings << " warnings -> " << outputs[i] << "\n";

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <memory>
 #include <utility>
 
 #include "PictraceEmbroidery.h"
@@ -456,6 +457,11 @@ double SatinStitches(double lengthMm) { return std::max(2.0, std::ceil(lengthMm 
 double PieceStitches(const StitchPiece& piece) {
   if (piece.fill) return FillStitches(piece.area / (kUnitsPerMm * kUnitsPerMm));
   return piece.satin ? SatinStitches(piece.length / kUnitsPerMm) : RunningStitches(piece.length / kUnitsPerMm);
+}
+
+const StitchPlan& PlanOf(const OutputDocument& doc) {
+  if (!doc.stitchPlan) doc.stitchPlan = std::make_shared<const StitchPlan>(PlanStitches(doc));
+  return *doc.stitchPlan;
 }
 
 StitchPlan PlanStitches(const OutputDocument& doc) {

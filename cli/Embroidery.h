@@ -52,6 +52,8 @@ struct StitchPlan {
 };
 
 StitchPlan PlanStitches(const OutputDocument& doc);
+// The document's plan, made once and kept on it (OutputDocument::stitchPlan).
+const StitchPlan& PlanOf(const OutputDocument& doc);
 
 // The figures of the design report's one-line summary.
 struct DesignReport {

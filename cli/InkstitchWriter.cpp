@@ -45,7 +45,7 @@ std::string XmlText(const std::string& s) {
 }  // namespace
 
 std::string FormatInkstitch(const OutputDocument& doc, CPictrace&) {
-  const StitchPlan plan = PlanStitches(doc);
+  const StitchPlan& plan = PlanOf(doc);
   std::ostringstream out;
   out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
       << "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\" "

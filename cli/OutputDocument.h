@@ -4,6 +4,7 @@
 // writer reads only this, so every format serves both commands.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,8 @@
 class CPictrace;
 
 namespace pictrace {
+
+struct StitchPlan;
 
 // The thread matched to one colour of the list: its colour, and its name and
 // code when the table has an entry of that colour.
@@ -35,6 +38,9 @@ struct OutputDocument {
   int lineType = 0;            // 0 straight lines, 1 cubic Beziers
   bool inkstitch = false;      // the SVG in the embroidery digitizer's dialect
   RECT page = {0, 0, 0, 0};    // the SVG page, when not the output rectangle
+  // The stitch plan of this document once made (PlanOf in Embroidery.h);
+  // the writers and the summary share it. Whoever changes the page drops it.
+  mutable std::shared_ptr<const StitchPlan> stitchPlan;
   // The embroidery plan: strips the engine flags narrow as satin columns (a
   // running stitch under 1 mm), and fills grown by `underlap` output units
   // under the neighbours stitched after them.

@@ -46,7 +46,7 @@ DesignReport SummarizeDesign(const StitchPlan& plan) {
 }
 
 std::string FormatReport(const OutputDocument& doc, CPictrace&) {
-  const StitchPlan plan = PlanStitches(doc);
+  const StitchPlan& plan = PlanOf(doc);
   const DesignReport summary = SummarizeDesign(plan);
   json threads = json::array(), warnings = json::array(), satins = json::array();
   for (const StitchLayer& layer : plan.layers) {
