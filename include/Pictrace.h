@@ -225,8 +225,8 @@ class PICTRACE_API CPictrace {
   void SetSatinWidth(double dWidth);
   void ShowProgress(int nPos);
   pictrace::Progress JobProgress();  // the job's position and total, shown through ShowProgress
-  void DeriveSatinWidth();
-  bool TimeIsUp();  // reads the clock; sets m_bStopped once the time limit has passed  // the satin width rule shared by the rectangle and image input
+  void DeriveSatinWidth();  // the satin width rule shared by the rectangle and image input
+  bool TimeIsUp();  // reads the clock; sets m_bStopped once the time limit has passed
 
   // --- image input and painting
   int ConvertTo24(unsigned char* pSrc, unsigned char*& pDIB, unsigned char*& pBits,

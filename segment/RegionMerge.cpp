@@ -89,37 +89,22 @@ void CPictrace::RemovingDecrease(double dFactor) {
 // already hold; their other links are deliberately left stale, and a best
 // link is not cleared when nothing is negative any more.
 void CPictrace::UpdateRemovingDecrease(CRegion* pRegion, double dFactor) {
-  const SmallRegionBonus& bonus = Bonus();
-  pRegion->m_fDecrease = 0.0f;
-  for (CNodeNeighbor* l = pRegion->m_pNeighbors; l; l = l->m_pNext) {
-    if (l->m_pNext) PrefetchNode(l->m_pNext->m_pRegion->m_pNeighbors);  // the next walk's first link
-    float v = MergeValue(bonus, pRegion, l, dFactor);
-    l->m_fDecrease = v;
-    if (v < pRegion->m_fDecrease) {
-      pRegion->m_pBestNeighbor = l;
-      pRegion->m_fDecrease = v;
-    }
-    CRegion* x = l->m_pRegion;
-    x->m_fDecrease = 0.0f;
-    for (CNodeNeighbor* xl = x->m_pNeighbors; xl; xl = xl->m_pNext) {
-      if (xl->m_pRegion == pRegion) xl->m_fDecrease = v;
-      if (xl->m_fDecrease < x->m_fDecrease) {
-        x->m_pBestNeighbor = xl;
-        x->m_fDecrease = xl->m_fDecrease;
-      }
-    }
-  }
+  // A neighbour's re-pick reads only its own links, none of which is the
+  // grown region's, so the two passes leave what one interleaved walk would.
+  RefreshOwnValues(pRegion, dFactor);
+  RefreshLinksBack(pRegion);
 }
 
 float MergeValueOf(const CRegion* pRegion, const CNodeNeighbor* pLink, double dFactor) {
   return MergeValue(Bonus(), pRegion, pLink, dFactor);
 }
 
-// The two halves of UpdateRemovingDecrease, for a caller that lets a region
-// grow several times before its neighbours look at it: the values of the
-// neighbours' other links do not depend on the grown region, so refreshing
-// them once with its last values leaves what a refresh after every merge
-// leaves.
+// The two halves of UpdateRemovingDecrease, also called apart by a caller
+// that lets a region grow several times before its neighbours look at it:
+// the values of the neighbours' other links do not depend on the grown
+// region, so refreshing them once with its last values gives the same
+// values as a refresh after every merge (a neighbour whose value ends at 0
+// or more may keep another best link, which nothing reads then).
 void RefreshOwnValues(CRegion* pRegion, double dFactor) {
   const SmallRegionBonus& bonus = Bonus();
   pRegion->m_fDecrease = 0.0f;
