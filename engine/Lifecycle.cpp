@@ -6,6 +6,7 @@
 #include "segment/RegionGraph.h"
 #include "core/ThinLineRecords.h"
 #include "engine/OwnCurves.h"
+#include "engine/SatinScale.h"
 
 CPictrace::CPictrace()
     : m_pProgressWnd(nullptr),
@@ -130,13 +131,8 @@ void CPictrace::SetSatinWidth(double dWidth) {
 }
 
 void CPictrace::DeriveSatinWidth() {
-  if (m_bmiHeader.biWidth > 0 && m_rcImageReal.Width() >= 1 && m_bmiHeader.biHeight >= 1 &&
-      m_rcImageReal.Height() > 0) {
-    double sx = m_rcImageReal.Width() * 1.0 / m_bmiHeader.biWidth;
-    double sy = m_rcImageReal.Height() * 1.0 / m_bmiHeader.biHeight;
-    double scale = (sy <= sx) ? sx : sy;
-    SetSatinWidth(35.0 / scale);
-  }
+  const double scale = pictrace::engine::SatinScale(*this);
+  if (scale > 0.0) SetSatinWidth(35.0 / scale);
 }
 
 void CPictrace::SetImageRealRect(LONG left, LONG top, LONG right, LONG bottom) {

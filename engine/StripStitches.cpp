@@ -13,6 +13,7 @@
 #include "core/OwnedList.h"
 #include "core/ThinLineRecords.h"
 #include "embroidery/Geometry.h"
+#include "engine/SatinScale.h"
 #include "thinline/LineStage.h"
 
 namespace pictrace {
@@ -73,12 +74,9 @@ struct SatinWidthSetter : CPictrace {
 }  // namespace
 
 void SetSatinWidthInUnits(CPictrace& engine, double dUnits) {
-  // The scale of DeriveSatinWidth: output units per pixel, the larger side.
-  double scale = 1.0;
-  const CRect& rc = engine.m_rcImageReal;
-  if (engine.m_bmiHeader.biWidth > 0 && rc.Width() >= 1 && engine.m_bmiHeader.biHeight >= 1 && rc.Height() > 0)
-    scale = std::max(rc.Width() * 1.0 / engine.m_bmiHeader.biWidth, rc.Height() * 1.0 / engine.m_bmiHeader.biHeight);
-  SatinWidthSetter::Set(engine, dUnits / scale);
+  // In pixels, as DeriveSatinWidth keeps it; unscaled without a size.
+  const double scale = pictrace::engine::SatinScale(engine);
+  SatinWidthSetter::Set(engine, dUnits / (scale > 0.0 ? scale : 1.0));
 }
 
 std::vector<Path> StripCentreLines(const Shape& strip) {
