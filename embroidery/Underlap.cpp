@@ -112,19 +112,23 @@ std::vector<std::vector<Shape>> Underlap(const std::vector<Shape>& shapes, const
   std::vector<Box> boxes(n);
   for (size_t i = 0; i < n; i++) paths[i] = ToPaths(shapes[i]), boxes[i] = BoxOf(shapes[i]);
   if (grownArea) grownArea->assign(n, 0.0);
+  // Every shape's thin band, once: each pair of neighbours meets in theirs.
+  std::vector<Paths> thin(dGrow > 0.0 ? n : 0);
+  for (size_t i = 0; i < thin.size(); i++) thin[i] = Offset(paths[i], kBorderBand);
   std::vector<std::vector<Shape>> out(n);
   for (size_t a = 0; a < n; a++) {
     Paths grown = paths[a];
     if (dGrow > 0.0) {
-      Paths bigA = Offset(paths[a], dGrow), thinA = Offset(paths[a], kBorderBand);
+      Paths bigA;  // made when a first neighbour is met
       for (size_t b = 0; b < n; b++) {
         if (b == a || rank[b] <= rank[a]) continue;
         const double m = dGrow + 2 * kBorderBand;
         if (boxes[b].x0 > boxes[a].x1 + m || boxes[a].x0 > boxes[b].x1 + m || boxes[b].y0 > boxes[a].y1 + m ||
             boxes[a].y0 > boxes[b].y1 + m)
           continue;
-        Paths band = Clip(thinA, Offset(paths[b], kBorderBand), ClipperLib::ctIntersection);
+        Paths band = Clip(thin[a], thin[b], ClipperLib::ctIntersection);
         if (band.empty()) continue;
+        if (bigA.empty()) bigA = Offset(paths[a], dGrow);
         Paths piece = Clip(Clip(bigA, paths[b], ClipperLib::ctIntersection), Offset(band, dGrow),
                            ClipperLib::ctIntersection);
         if (!piece.empty()) grown = Clip(grown, piece, ClipperLib::ctUnion);
