@@ -386,14 +386,22 @@ double FillArea(const std::vector<Chain>& rings) {
   size_t next = 0;
   std::vector<Edge> active;
   std::vector<double> xs, cuts;
+  std::vector<std::pair<double, double>> ends;  // each active border's x at the strip's top and bottom
   auto xAt = [](const Edge& e, double y) { return e.x0 + (e.x1 - e.x0) * (y - e.y0) / (e.y1 - e.y0); };
   for (size_t k = 0; k + 1 < ys.size(); k++) {
     const double ya = ys[k], yb = ys[k + 1], y = (ya + yb) / 2;
     while (next < edges.size() && edges[next].y0 < y) active.push_back(edges[next++]);
     active.erase(std::remove_if(active.begin(), active.end(), [y](const Edge& e) { return e.y1 <= y; }), active.end());
-    // Where two borders cross within the strip, it is cut in two there.
+    // Where two borders cross within the strip, it is cut in two there. The
+    // borders cross nowhere when their order by x at the strip's top is also
+    // their order at its bottom; only then are the pairs looked at.
     cuts = {ya, yb};
-    for (size_t i = 0; i < active.size(); i++)
+    ends.clear();
+    for (const Edge& e : active) ends.push_back({xAt(e, ya), xAt(e, yb)});
+    std::sort(ends.begin(), ends.end());
+    bool reordered = false;
+    for (size_t i = 0; i + 1 < ends.size() && !reordered; i++) reordered = ends[i + 1].second < ends[i].second;
+    for (size_t i = 0; reordered && i < active.size(); i++)
       for (size_t j = i + 1; j < active.size(); j++) {
         const double da = xAt(active[i], ya) - xAt(active[j], ya), db = xAt(active[i], yb) - xAt(active[j], yb);
         if ((da < 0 && db > 0) || (da > 0 && db < 0)) cuts.push_back(ya + (yb - ya) * da / (da - db));
